@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <string_view>
+
+namespace hushmode {
+
+/// The version number that decides which way an effect takes: the leading decimal number of the system's version text,
+/// in single precision ("13.1.2" is 13.1, "12.9999999" is 13).
+HUSHMODE_API float systemVersionNumber(std::string_view version);
+
+/// Small helpers shared by all rooms. Class methods only. Any thread.
+class HUSHMODE_API HMUtils {
+ public:
+  HMUtils() = delete;
+
+  /// "At least" tests, not "equal to": on version 13 all five are true. The version is read anew on every call.
+  static bool isIOS9();
+  static bool isIOS10();
+  static bool isIOS11();
+  static bool isIOS12();
+  static bool isIOS13();
+};
+
+}  // namespace hushmode
