@@ -25,6 +25,8 @@ HUSHMODE_API std::string describe(const platform::Dictionary& dictionary);
 HUSHMODE_API std::string describe(const platform::Object* object);
 HUSHMODE_API std::string describe(const std::vector<std::string>& texts);
 inline std::string describe(std::string_view text) { return std::string(text); }
+inline std::string describe(const std::string& text) { return text; }
+inline std::string describe(const char* text) { return text; }
 template <class T>
   requires std::derived_from<T, platform::Object>
 std::string describe(const std::shared_ptr<T>& object) {
