@@ -6,7 +6,8 @@
 #include <memory>
 
 /// What an event carries beyond the calendar's data: the profile that it belongs to, and whether that profile has been
-/// applied for it. Both belong to the event object and not to the calendar entry: an event fetched anew carries neither.
+/// applied for it. Both belong to the event object and not to the calendar entry: an event fetched anew carries
+/// neither.
 ///
 /// A null event answers none and no, and nothing else happens to it. Main thread.
 namespace hushmode {

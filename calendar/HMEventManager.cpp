@@ -90,7 +90,9 @@ std::optional<Events> HMEventManager::eventsForProfile(const std::shared_ptr<HMP
   return events;
 }
 
-Calendars HMEventManager::calendars() const { return eventStore()->calendarsForEntityType(platform::EKEntityType::Event); }
+Calendars HMEventManager::calendars() const {
+  return eventStore()->calendarsForEntityType(platform::EKEntityType::Event);
+}
 
 std::vector<std::pair<std::string, Calendars>> HMEventManager::groupedCalendars() const {
   std::vector<std::pair<std::string, Calendars>> groups;
@@ -113,7 +115,8 @@ std::shared_ptr<EKEvent> HMEventManager::eventByIdentifier(std::string_view iden
 std::shared_ptr<EKEvent> HMEventManager::eventWithUniqueId(std::string_view uniqueId) const {
   return eventStore()->eventWithUniqueId(uniqueId);
 }
-std::shared_ptr<EKEvent> HMEventManager::eventWithUniqueId(std::string_view uniqueId, platform::Date occurrenceDate) const {
+std::shared_ptr<EKEvent> HMEventManager::eventWithUniqueId(std::string_view uniqueId,
+                                                           platform::Date occurrenceDate) const {
   return eventStore()->eventWithUniqueId(uniqueId, occurrenceDate);
 }
 

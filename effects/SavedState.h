@@ -6,8 +6,8 @@
 
 namespace hushmode {
 
-/// Keys of the saved device state in the standard user defaults. They are global, not per profile: the first apply saves,
-/// and any revert restores and removes the volumes. The vibrate keys are never removed.
+/// Keys of the saved device state in the standard user defaults. They are global, not per profile: the first apply
+/// saves, and any revert restores and removes the volumes. The vibrate keys are never removed.
 namespace saved {
 inline constexpr std::string_view ringtone = "com.quorvel.hushmode-ringtone";
 inline constexpr std::string_view volume = "com.quorvel.hushmode-volume";

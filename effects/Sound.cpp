@@ -40,9 +40,7 @@ void setSystemVolumeHUDEnabled(bool enabled) {
   platform::device().uiKit().sharedApplication()->setSystemVolumeHUDEnabled(enabled);
 }
 
-void setRingtoneVolume(double volume) {
-  systemController()->setVolumeTo(static_cast<float>(volume), "Ringtone");
-}
+void setRingtoneVolume(double volume) { systemController()->setVolumeTo(static_cast<float>(volume), "Ringtone"); }
 
 /// Saves the media volume if none is saved, sets the target, and has the volume indicator come back 2 seconds later.
 void switchMediaVolume(const std::shared_ptr<HMProfile>& profile, bool apply) {

@@ -9,7 +9,8 @@ namespace hushmode {
 
 double overwrittenByFloat(double start, float reading) {
   constexpr std::uint64_t highHalf = 0xffffffff00000000U;
-  return std::bit_cast<double>((std::bit_cast<std::uint64_t>(start) & highHalf) | std::bit_cast<std::uint32_t>(reading));
+  return std::bit_cast<double>((std::bit_cast<std::uint64_t>(start) & highHalf) |
+                               std::bit_cast<std::uint32_t>(reading));
 }
 
 double systemVolumeAsRead() {

@@ -1,5 +1,5 @@
-// The alert tone at a switch, and the light of the screen. What a missing class should do is simply not done; the tone's
-// completion runs all the same, so that the sound sequence always ends.
+// The alert tone at a switch, and the light of the screen. What a missing class should do is simply not done; the
+// tone's completion runs all the same, so that the sound sequence always ends.
 
 #include "effects/SavedState.h"
 #include "model/HMProfile.h"

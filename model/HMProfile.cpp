@@ -42,7 +42,8 @@ bool HMProfile::hasChanged(const std::shared_ptr<HMProfile>& other) {
   if (startDate() != other->startDate() || endDate() != other->endDate()) return true;
   const std::vector<std::string>& others = other->calendarIdentifiers();
   const std::vector<std::string>& own = calendarIdentifiers();
-  return std::any_of(own.begin(), own.end(), [&](const std::string& identifier) { return !contains(others, identifier); });
+  return std::any_of(own.begin(), own.end(),
+                     [&](const std::string& identifier) { return !contains(others, identifier); });
 }
 
 std::int64_t HMProfile::applyProfileEventStatus() {
@@ -72,7 +73,8 @@ void HMProfile::removeFromWiFiNetwork(const std::string& name) {
   logInformation({"removeFromWiFiNetwork:", 594}, "****** Removing '%@' for WiFi list", name);
   // The name may be an element of the list itself.
   std::erase(wifiNetworks(), std::string(name));
-  logInformation({"removeFromWiFiNetwork:", 604}, "****** After removing '%@' WiFi from list, %@", name, wifiNetworks());
+  logInformation({"removeFromWiFiNetwork:", 604}, "****** After removing '%@' WiFi from list, %@", name,
+                 wifiNetworks());
 }
 
 bool HMProfile::hasWiFiNetwork(const std::optional<std::string>& name) {

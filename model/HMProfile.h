@@ -100,8 +100,8 @@ class HUSHMODE_API HMProfile final : public platform::Object {
   /// a profile: whether it is the same object. Other rooms depend on it as it stands; never search a list with it.
   bool isEqual(const std::shared_ptr<platform::Object>& other);
   /// Whether a scheduled event's profile differs from `other` in what matters to the schedule: the window's dates, and
-  /// calendars that only this profile has (one that only the other has is no change, on purpose). Begins with `isEqual`,
-  /// so it takes over the other's identifier; an identifier of 0 counts as not changed.
+  /// calendars that only this profile has (one that only the other has is no change, on purpose). Begins with
+  /// `isEqual`, so it takes over the other's identifier; an identifier of 0 counts as not changed.
   bool hasChanged(const std::shared_ptr<HMProfile>& other);
 
   /// The filter on event status, 0 to 3 (0: any; else the event's status code). A stored value out of range becomes 0.
@@ -135,8 +135,9 @@ class HUSHMODE_API HMProfile final : public platform::Object {
   Date dateFromTime(const std::optional<std::string>& time) const;
   Date todayModifiedWithHours(const std::string& hours, const std::string& minutes,
                               const std::optional<std::string>& andPeriod) const;
-  /// The window's bounds, both included. Of an all-day profile: today, computed on every call. Otherwise those of the day
-  /// on which they were first asked for, kept for the life of the object; a window that ends before it starts is empty.
+  /// The window's bounds, both included. Of an all-day profile: today, computed on every call. Otherwise those of the
+  /// day on which they were first asked for, kept for the life of the object; a window that ends before it starts is
+  /// empty.
   Date startDate();
   Date endDate();
   Date createdDate();
@@ -196,8 +197,8 @@ class HUSHMODE_API HMProfile final : public platform::Object {
 
   /// Marks the profile applied, saves it, and runs its effects. Does not look whether it is applied already.
   void apply();
-  /// Undoes everything, whatever the profile's flags: what an earlier form of it applied goes too. `silent`: no tone and
-  /// no light.
+  /// Undoes everything, whatever the profile's flags: what an earlier form of it applied goes too. `silent`: no tone
+  /// and no light.
   void revert(bool silent);
   void revert();  ///< Not silent.
   /// Stores the flag, saves the profile and announces the change to other processes.

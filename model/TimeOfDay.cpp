@@ -11,7 +11,8 @@ namespace hushmode {
 TimeOfDayText splitTimeOfDay(std::string_view time) {
   const std::size_t colon = time.find(':');
   if (colon == std::string_view::npos) {
-    throw std::out_of_range("time of day \"" + std::string(time) + "\" has no \":\"; expected a text such as \"8:00 AM\"");
+    throw std::out_of_range("time of day \"" + std::string(time) +
+                            "\" has no \":\"; expected a text such as \"8:00 AM\"");
   }
   std::string_view rest = time.substr(colon + 1);
   rest = rest.substr(0, rest.find(':'));
@@ -27,7 +28,8 @@ TimeOfDayText splitTimeOfDay(std::string_view time) {
 std::int64_t hourOfDay(std::string_view hours, const std::optional<std::string>& period) {
   if (!period) return 0;
   std::string upper = *period;
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
   const std::int64_t hour = leadingInteger(hours);
   if (upper == "AM") return hour == 12 ? 0 : hour;
   if (upper == "PM") return hour == 12 ? 12 : std::min(hour, std::numeric_limits<std::int64_t>::max() - 12) + 12;

@@ -26,7 +26,8 @@ class HUSHMODE_API EKSource : public Object {
 /// A calendar, as the store had it at the time of the query.
 class HUSHMODE_API EKCalendar : public Object {
  public:
-  EKCalendar(std::string identifier, std::string title, bool allowsContentModifications, std::shared_ptr<EKSource> source);
+  EKCalendar(std::string identifier, std::string title, bool allowsContentModifications,
+             std::shared_ptr<EKSource> source);
   ~EKCalendar() override;
   std::string description() const override;
 
@@ -85,7 +86,8 @@ struct EKEventPredicate {
   std::vector<std::shared_ptr<EKCalendar>> calendars;  ///< An empty list matches nothing.
 };
 
-/// The user's calendars. Posts `EKEventStoreChangedNotification`, with itself as the sender, whenever their data changes.
+/// The user's calendars. Posts `EKEventStoreChangedNotification`, with itself as the sender, whenever their data
+/// changes.
 class HUSHMODE_API EKEventStore : public Object {
  public:
   static constexpr std::string_view changedNotification = "EKEventStoreChangedNotification";

@@ -19,7 +19,12 @@ namespace hushmode::platform {
 
 /// One line of the system log, in its pieces. The whole line is put together by the log's writer.
 struct LogLine {
-  enum class Level { Information, Warning, Error, Bare };  ///< Bare: the message alone, without prefix, method and line.
+  enum class Level {
+    Information,
+    Warning,
+    Error,
+    Bare
+  };  ///< Bare: the message alone, without prefix, method and line.
   Level level;
   std::string_view method;  ///< The selector that logs, as in `scheduleEvents:shouldProceedAnyCase:`.
   int line;                 ///< Source line; for some lines a fixed number.
@@ -141,8 +146,8 @@ class HUSHMODE_API Foundation {
   /// The host process's own bundle; never null.
   virtual std::shared_ptr<Bundle> mainBundle() = 0;
   /// A one-shot timer that is not yet in a run loop.
-  virtual std::shared_ptr<NSTimer> timerWithTimeInterval(double seconds,
-                                                         std::function<void(const std::shared_ptr<NSTimer>&)> action) = 0;
+  virtual std::shared_ptr<NSTimer> timerWithTimeInterval(
+      double seconds, std::function<void(const std::shared_ptr<NSTimer>&)> action) = 0;
   virtual SystemLog& systemLog() = 0;
 };
 

@@ -23,7 +23,8 @@ const std::shared_ptr<void>& Object::association(const void* key) const {
 }
 
 void Object::setAssociation(const void* key, std::shared_ptr<void> value) {
-  const auto place = std::find_if(associations_.begin(), associations_.end(), [&](const auto& a) { return a.first == key; });
+  const auto place =
+      std::find_if(associations_.begin(), associations_.end(), [&](const auto& a) { return a.first == key; });
   if (place == associations_.end()) {
     if (value) associations_.emplace_back(key, std::move(value));
   } else if (value) {

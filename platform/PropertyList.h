@@ -62,8 +62,7 @@ class HUSHMODE_API Value {
   template <std::same_as<bool> T>
   Value(T boolean) : variant_(boolean) {}
   template <std::integral T>
-    requires(!std::same_as<T, bool>)
-  Value(T integer) : variant_(static_cast<std::int64_t>(integer)) {}
+  requires(!std::same_as<T, bool>) Value(T integer) : variant_(static_cast<std::int64_t>(integer)) {}
   template <std::floating_point T>
   Value(T real) : variant_(static_cast<double>(real)) {}
   Value(const char* text) : variant_(std::string(text)) {}

@@ -69,7 +69,7 @@ struct UIColor {
 class HUSHMODE_API UIImage : public Object {
  public:
   ~UIImage() override;
-  virtual CGSize size() const = 0;  ///< In points.
+  virtual CGSize size() const = 0;   ///< In points.
   virtual double scale() const = 0;  ///< Pixels a point.
 };
 

@@ -28,8 +28,8 @@ struct StoreError {
   std::map<std::string, std::string, std::less<>> userInfo;
 };
 
-/// The one central object: it owns the profiles, saves and loads them, plans and processes their events, and carries what
-/// the scheduler and the effects share.
+/// The one central object: it owns the profiles, saves and loads them, plans and processes their events, and carries
+/// what the scheduler and the effects share.
 ///
 /// One instance a process, made on first use. No locks: everything but the making of the instance is to be called from
 /// one thread at a time, the scheduler and the effects from the main thread.
@@ -74,8 +74,8 @@ class HUSHMODE_API HMProfilesManager final : public platform::Object {
   /// Replaces the list by the file's content, in new objects; by nothing when there is no readable file.
   void loadProfiles();
   void reloadProfiles();  ///< The same.
-  /// Writes all profiles. Announces `notificationName` for `profile` when written, asked to, and named. False, without a
-  /// change to the list, when the file could not be written.
+  /// Writes all profiles. Announces `notificationName` for `profile` when written, asked to, and named. False, without
+  /// a change to the list, when the file could not be written.
   bool saveAllProfilesToDisk(const Profile& profile, bool postNotification,
                              std::optional<std::string_view> notificationName);
 
@@ -104,7 +104,8 @@ class HUSHMODE_API HMProfilesManager final : public platform::Object {
   /// Removes the first of the same identifier; stamps the given object too.
   void deleteProfile(const Profile& profile, const Success& success, const Failure& failure);
   /// As the update, without a notification of its own (none has a name here, so the flag changes nothing).
-  void updateProfile(const Profile& profile, bool shouldPostNotification, const Success& success, const Failure& failure);
+  void updateProfile(const Profile& profile, bool shouldPostNotification, const Success& success,
+                     const Failure& failure);
 
   // --- Queries (store/) ---
   // All compare exactly. Those marked * load the file first when the list is empty.

@@ -19,14 +19,14 @@ struct ErrorTexts {
   std::string_view description, reason, suggestion;
 };
 
-constexpr ErrorTexts titleTaken{"Unable to add profile.", "Profile name already exist.", "Change profile name and try."};
+constexpr ErrorTexts titleTaken{"Unable to add profile.", "Profile name already exist.",
+                                "Change profile name and try."};
 constexpr ErrorTexts notSaved{"Unable to save profiles to disk.", {}, {}};
 constexpr ErrorTexts updateNotFound{"Unable to update profile.",
                                     "Trying to update a profile that is not yet saved to disk.",
                                     "Is Profile saved to disk?"};
-constexpr ErrorTexts deleteNotFound{"Unable to delete profile.",
-                                    "Trying to delete a profile that is not yet available.",
-                                    "Is Profile saved to disk?"};
+constexpr ErrorTexts deleteNotFound{
+    "Unable to delete profile.", "Trying to delete a profile that is not yet available.", "Is Profile saved to disk?"};
 constexpr ErrorTexts deleteNotSaved{"Unable to remove and save profiles to disk.", {}, {}};
 
 StoreError errorWith(const ErrorTexts& texts) {

@@ -63,7 +63,9 @@ Profile HMProfilesManager::activeProfileByName(const std::optional<std::string>&
   return firstMatching(profiles_, [&](const Profile& each) { return each->isEnabled() && hasTitle(each, title); });
 }
 
-Profile HMProfilesManager::profileByIdentifier(std::int64_t identifier) { return profileByIdentifier(identifier, false); }
+Profile HMProfilesManager::profileByIdentifier(std::int64_t identifier) {
+  return profileByIdentifier(identifier, false);
+}
 
 Profile HMProfilesManager::profileByIdentifier(std::int64_t identifier, bool shouldReload) {
   if (shouldReload || profiles_.empty()) loadProfiles();

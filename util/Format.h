@@ -28,24 +28,23 @@ inline std::string describe(std::string_view text) { return std::string(text); }
 inline std::string describe(const std::string& text) { return text; }
 inline std::string describe(const char* text) { return text; }
 template <class T>
-  requires std::derived_from<T, platform::Object>
-std::string describe(const std::shared_ptr<T>& object) {
+requires std::derived_from<T, platform::Object> std::string describe(const std::shared_ptr<T>& object) {
   return describe(static_cast<const platform::Object*>(object.get()));
-}
-template <class T>
-std::string describe(const std::optional<T>& value) {
-  return value ? describe(*value) : "(null)";
 }
 /// "(a, b)" of the elements' descriptions.
 template <class T>
-  requires std::derived_from<T, platform::Object>
-std::string describe(const std::vector<std::shared_ptr<T>>& objects) {
+requires std::derived_from<T, platform::Object> std::string describe(const std::vector<std::shared_ptr<T>>& objects) {
   std::string text = "(";
   for (const auto& object : objects) {
     if (text.size() > 1) text += ", ";
     text += describe(object);
   }
   return text + ")";
+}
+
+template <class T>
+std::string describe(const std::optional<T>& value) {
+  return value ? describe(*value) : "(null)";
 }
 
 /// One argument of `formatted`: an integer (booleans are 1 and 0), a double, or text.

@@ -23,7 +23,8 @@ struct LogOrigin {
 
 namespace detail {
 template <class... Arguments>
-void log(platform::LogLine::Level level, const LogOrigin& origin, std::string_view format, const Arguments&... arguments) {
+void log(platform::LogLine::Level level, const LogOrigin& origin, std::string_view format,
+         const Arguments&... arguments) {
   platform::SystemLog& log = platform::device().foundation().systemLog();
   if (!log.isListening(level)) return;
   log.write({level, origin.method, origin.line, formatted(format, arguments...)});
@@ -49,7 +50,8 @@ void logBare(const LogOrigin& origin, std::string_view format, const Arguments&.
   detail::log(platform::LogLine::Level::Bare, origin, format, arguments...);
 }
 
-/// The whole line as the system log shows it: prefix, level, method, line and message; of a bare line the message alone.
+/// The whole line as the system log shows it: prefix, level, method, line and message; of a bare line the message
+/// alone.
 HUSHMODE_API std::string wholeLogLine(const platform::LogLine& line);
 /// "Information", "Warning", "Error"; of a bare line "".
 HUSHMODE_API std::string_view logLevelName(platform::LogLine::Level level);

@@ -64,7 +64,8 @@ void HMWiFiManager::initialize() {
 
 std::vector<Dictionary> HMWiFiManager::knownNetworks() const {
   std::vector<Dictionary> entries;
-  for (const auto& network : mobileWiFi().WiFiManagerClientCopyNetworks(manager())) entries.push_back(entryFor(network));
+  for (const auto& network : mobileWiFi().WiFiManagerClientCopyNetworks(manager()))
+    entries.push_back(entryFor(network));
   return entries;
 }
 

@@ -14,8 +14,8 @@ namespace hushmode {
 /// Reads the device's WiFi state; never joins, forgets or changes a network.
 ///
 /// A network entry is a dictionary made afresh on each call: {"SSID": name, "record": {"lastAutoJoined": date,
-/// "lastJoined": date}}, the dates only where the platform knows them. No network is an empty dictionary. One instance a
-/// process; making it is safe from any thread, the rest takes no lock.
+/// "lastJoined": date}}, the dates only where the platform knows them. No network is an empty dictionary. One instance
+/// a process; making it is safe from any thread, the rest takes no lock.
 class HUSHMODE_API HMWiFiManager final : public platform::Object {
   struct Private {};
 
