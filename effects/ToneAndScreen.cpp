@@ -25,7 +25,9 @@ std::shared_ptr<TLAlert> startTone(const TLAlert::Identifier& tone) {
   auto* alertClass = platform::find<TLAlert>();
   if (!alertClass) return nullptr;
   const int type = HMUtils::isIOS10() ? 1 : 0;
-  const auto alert = alertClass->initWithType(type, tone, std::nullopt);
+  const auto alert = alertClass->respondsTo("initWithType:toneIdentifier:vibrationIdentifier:")
+                         ? alertClass->initWithType(type, tone, std::nullopt)
+                         : nullptr;
   if (alert && alert->respondsTo("startPlayingRepeatedly")) {
     alert->startPlayingRepeatedly();
   } else if (alertClass->respondsTo("playToneAndVibrationForType:toneIdentifier:vibrationIdentifier:")) {
