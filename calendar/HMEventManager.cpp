@@ -62,7 +62,7 @@ Calendars HMEventManager::allCalendars(const std::vector<std::string>& identifie
 
 std::optional<Events> HMEventManager::eventsForProfile(const std::shared_ptr<HMProfile>& profile) const {
   static constexpr const char* method = "eventsForProfile:";
-  if (profile->calendarIdentifiers().empty()) return std::nullopt;
+  if (!profile || profile->calendarIdentifiers().empty()) return std::nullopt;
   const Calendars calendars = allCalendars(profile->calendarIdentifiers());
   if (calendars.empty()) return std::nullopt;
 

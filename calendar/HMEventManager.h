@@ -36,7 +36,7 @@ class HUSHMODE_API HMEventManager final : public platform::Object {
   /// The calendars of those identifiers, in the store's order, each once; unknown identifiers are dropped.
   Calendars allCalendars(const std::vector<std::string>& identifiers) const;
   /// Today's events that matter to the profile, bound to it, in the store's order; cancelled ones are left out. None,
-  /// as opposed to an empty list, when the profile names no calendar that exists.
+  /// as opposed to an empty list, when there is no profile or it names no calendar that exists.
   std::optional<Events> eventsForProfile(const std::shared_ptr<HMProfile>& profile) const;
   /// All event calendars, in the store's order.
   Calendars calendars() const;

@@ -92,6 +92,7 @@ void HMProfilesManager::shceduleWiFiDetected(const Profile& profile, const std::
   const auto complete = [&](bool goOn) {
     if (completion) completion(goOn);
   };
+  if (!held) return complete(true);  // No profile is tied to no network.
   if (!held->isWifiEnabled()) {
     refreshEffects(held);
     complete(true);
