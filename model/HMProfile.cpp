@@ -40,10 +40,11 @@ bool HMProfile::isEqual(const std::shared_ptr<platform::Object>& other) {
 bool HMProfile::hasChanged(const std::shared_ptr<HMProfile>& other) {
   if (!isEqual(other) || !other) return false;
   if (startDate() != other->startDate() || endDate() != other->endDate()) return true;
-  const std::vector<std::string>& others = other->calendarIdentifiers();
   const std::vector<std::string>& own = calendarIdentifiers();
-  return std::any_of(own.begin(), own.end(),
-                     [&](const std::string& identifier) { return !contains(others, identifier); });
+  // The other's list is read only when there is something to look for: reading an absent list fills it.
+  return std::any_of(own.begin(), own.end(), [&](const std::string& identifier) {
+    return !contains(other->calendarIdentifiers(), identifier);
+  });
 }
 
 std::int64_t HMProfile::applyProfileEventStatus() {
@@ -64,16 +65,17 @@ std::vector<std::string>& HMProfile::wifiNetworks() {
 bool HMProfile::isWifiEnabled() { return !wifiNetworks().empty(); }
 
 void HMProfile::addToWiFiNetwork(const std::string& name) {
-  logInformation({"addToWiFiNetwork:", 587}, "****** Adding '%@' to WiFi list", name);
-  wifiNetworks().push_back(name);
-  logInformation({"addToWiFiNetwork:", 589}, "****** After adding '%@' to WiFi list, %@", name, wifiNetworks());
+  const std::string added = name;  // The argument may be an element of the list itself.
+  logInformation({"addToWiFiNetwork:", 587}, "****** Adding '%@' to WiFi list", added);
+  wifiNetworks().push_back(added);
+  logInformation({"addToWiFiNetwork:", 589}, "****** After adding '%@' to WiFi list, %@", added, wifiNetworks());
 }
 
 void HMProfile::removeFromWiFiNetwork(const std::string& name) {
-  logInformation({"removeFromWiFiNetwork:", 594}, "****** Removing '%@' for WiFi list", name);
-  // The name may be an element of the list itself.
-  std::erase(wifiNetworks(), std::string(name));
-  logInformation({"removeFromWiFiNetwork:", 604}, "****** After removing '%@' WiFi from list, %@", name,
+  const std::string removed = name;  // The argument may be an element of the list itself.
+  logInformation({"removeFromWiFiNetwork:", 594}, "****** Removing '%@' for WiFi list", removed);
+  std::erase(wifiNetworks(), removed);
+  logInformation({"removeFromWiFiNetwork:", 604}, "****** After removing '%@' WiFi from list, %@", removed,
                  wifiNetworks());
 }
 
