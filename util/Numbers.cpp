@@ -76,11 +76,14 @@ std::int64_t leadingInteger(std::string_view text) {
 float leadingFloat(std::string_view text) {
   text = withoutLeadingSpace(text);
   const bool negative = takeSign(text);
+  // Digits first: from_chars takes "inf" and "nan" too, and these are no decimal numbers.
+  if (!beginsWithDigit(text) && !(text.starts_with('.') && beginsWithDigit(text.substr(1)))) return 0;
   float number = 0;
-  if (!text.empty() && text.front() != '-') {
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-    if (result.ec == std::errc::result_out_of_range) number = std::numeric_limits<float>::infinity();
-    if (result.ec == std::errc::invalid_argument || std::isnan(number)) number = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+  if (result.ec == std::errc::result_out_of_range) {
+    // Too large, or too close to zero? Only a large one has a digit other than 0 before its point.
+    const std::size_t significant = text.find_first_not_of('0');
+    number = beginsWithDigit(text.substr(significant)) ? std::numeric_limits<float>::infinity() : 0;
   }
   return negative ? -number : number;
 }
