@@ -14,6 +14,7 @@ using platform::Value;
 HMProfilesManager::HMProfilesManager(Private) {}
 
 HMProfilesManager::~HMProfilesManager() {
+  if (!platform::Process::hasCurrent()) return;  // Its process has ended, and with it all observations.
   platform::device().foundation().defaultNotificationCenter().removeObserver(this);
 }
 
