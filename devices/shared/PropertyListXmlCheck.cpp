@@ -1,0 +1,252 @@
+#include "devices/shared/PropertyListXmlCheck.h"
+
+#include "devices/shared/PropertyListScalar.h"
+#include "devices/shared/PropertyListText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace hushmode::devices {
+
+namespace {
+
+constexpr std::string_view kSpaces = " \t\r\n";
+
+struct Fault {
+  std::size_t at;
+  std::string text;
+};
+
+struct Tag {
+  enum class Kind { Opening, Closing, Empty } kind;
+  std::string_view name;
+  std::size_t at;
+};
+
+std::string written(const Tag& tag) {
+  return (tag.kind == Tag::Kind::Closing ? "</" : "<") + std::string(tag.name) +
+         (tag.kind == Tag::Kind::Empty ? "/>" : ">");
+}
+
+/// The beginning of `text`, on one line.
+std::string quoted(std::string_view text) {
+  std::string line = asXmlText(text.substr(0, 40));
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return kSpaces.find(c) != std::string_view::npos; }, ' ');
+  return '"' + line + '"';
+}
+
+bool isEntity(std::string_view name) {
+  for (const std::string_view known : {"amp", "lt", "gt", "quot", "apos"}) {
+    if (name == known) return true;
+  }
+  if (!name.starts_with('#')) return false;
+  name.remove_prefix(1);
+  const bool hexadecimal = name.starts_with('x');
+  if (hexadecimal) name.remove_prefix(1);
+  std::uint32_t character = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), character, hexadecimal ? 16 : 10);
+  return error == std::errc() && end == name.data() + name.size() && name.size() <= 7 && isXmlCharacter(character);
+}
+
+/// Goes once through the document; throws the first fault.
+class XmlCheck {
+ public:
+  XmlCheck(std::string_view text, const PropertyListLimits& limits) : text_(text), limits_(limits) {}
+
+  void document();
+
+ private:
+  /// An array or dictionary that is still open.
+  struct Container {
+    std::string_view name;
+    bool hasPendingKey;
+    bool isDictionary() const { return name == "dict"; }
+  };
+
+  [[noreturn]] void fail(std::size_t at, std::string text) const { throw Fault{at, std::move(text)}; }
+  [[noreturn]] void failEnding() const {
+    fail(text_.size(),
+         "expected </" + (open_.empty() ? "plist" : std::string(open_.back().name)) + ">, found the end of the file");
+  }
+
+  std::string_view rest() const { return text_.substr(at_); }
+  void skipSpaces() { at_ = std::min(text_.find_first_not_of(kSpaces, at_), text_.size()); }
+  /// Goes behind the next `end`; the text ahead starts with something that only ends there.
+  void skipPast(std::string_view end, std::size_t from);
+  void skipSpacesAndComments();
+  void skipProlog();
+
+  Tag nextTag();
+  void value(const Tag& tag);
+  void closing(const Tag& tag);
+  void characters(const Tag& tag);
+  std::string_view plainText(const Tag& tag);
+
+  std::string_view text_;
+  const PropertyListLimits& limits_;
+  std::size_t at_ = 0;
+  std::vector<Container> open_;
+  std::size_t values_ = 0;
+};
+
+void XmlCheck::skipPast(std::string_view end, std::size_t from) {
+  const std::size_t found = text_.find(end, from);
+  if (found == std::string_view::npos) fail(at_, "expected " + std::string(end) + ", found the end of the file");
+  at_ = found + end.size();
+}
+
+void XmlCheck::skipSpacesAndComments() {
+  for (skipSpaces(); rest().starts_with("<!--"); skipSpaces()) skipPast("-->", at_ + 4);
+}
+
+void XmlCheck::skipProlog() {
+  for (skipSpacesAndComments();; skipSpacesAndComments()) {
+    if (rest().starts_with("<?")) {
+      skipPast("?>", at_ + 2);
+    } else if (rest().starts_with("<!DOCTYPE")) {
+      // Declarations inside the document type could define entities that grow without bound.
+      const std::size_t end = text_.find_first_of("[>", at_);
+      if (end != std::string_view::npos && text_[end] == '[') fail(end, "expected > at the end of <!DOCTYPE, found [");
+      skipPast(">", at_);
+    } else {
+      return;
+    }
+  }
+}
+
+Tag XmlCheck::nextTag() {
+  const std::size_t start = at_;
+  if (start == text_.size()) failEnding();
+  if (text_[start] != '<') {
+    const std::string_view word = rest().substr(0, rest().find_first_of("< \t\r\n"));
+    fail(start, "expected a tag, found " + quoted(word));
+  }
+  const bool closes = rest().starts_with("</");
+  const std::size_t nameBegin = start + (closes ? 2 : 1);
+  const std::size_t end = text_.find_first_of("<>", nameBegin);
+  if (end == std::string_view::npos || text_[end] == '<') fail(start, "expected > at the end of the tag");
+  const bool empties = !closes && end > nameBegin && text_[end - 1] == '/';
+  const std::string_view inside = text_.substr(nameBegin, end - nameBegin - (empties ? 1 : 0));
+  const std::string_view name = inside.substr(0, inside.find_first_of(kSpaces));
+  const std::string_view attributes = inside.substr(name.size());
+  if (name != "plist" && attributes.find_first_not_of(kSpaces) != std::string_view::npos) {
+    fail(start, "expected > after <" + asXmlText(name));
+  }
+  at_ = end + 1;
+  return {closes ? Tag::Kind::Closing : empties ? Tag::Kind::Empty : Tag::Kind::Opening, name, start};
+}
+
+void XmlCheck::closing(const Tag& tag) {
+  if (tag.kind == Tag::Kind::Empty) return;
+  const Tag end = nextTag();
+  if (end.kind != Tag::Kind::Closing || end.name != tag.name) {
+    fail(end.at, "expected </" + std::string(tag.name) + ">, found " + written(end));
+  }
+}
+
+/// The text of a string or key: characters, entities, comments and CDATA sections.
+void XmlCheck::characters(const Tag& tag) {
+  if (tag.kind == Tag::Kind::Empty) return;
+  while (true) {
+    at_ = std::min(text_.find_first_of("<&", at_), text_.size());
+    if (rest().starts_with('&')) {
+      const std::size_t end = std::min(text_.find(';', at_), text_.size());
+      const std::string_view name = text_.substr(at_ + 1, end - at_ - 1);
+      if (end == text_.size() || !isEntity(name)) {
+        fail(at_, "expected an entity like &amp;, found " + quoted(rest().substr(0, 10)));
+      }
+      at_ = end + 1;
+    } else if (rest().starts_with("<!--")) {
+      skipPast("-->", at_ + 4);
+    } else if (rest().starts_with("<![CDATA[")) {
+      skipPast("]]>", at_ + 9);
+    } else {
+      return closing(tag);
+    }
+  }
+}
+
+/// The text of a number, date or data, which has nothing but characters.
+std::string_view XmlCheck::plainText(const Tag& tag) {
+  if (tag.kind == Tag::Kind::Empty) return {};
+  const std::size_t begin = at_;
+  at_ = std::min(text_.find('<', at_), text_.size());
+  const std::string_view text = text_.substr(begin, at_ - begin);
+  closing(tag);
+  return text;
+}
+
+void XmlCheck::value(const Tag& tag) {
+  if (++values_ > limits_.values) fail(tag.at, "more than " + std::to_string(limits_.values) + " values");
+
+  if (tag.name == "dict" || tag.name == "array") {
+    if (tag.kind == Tag::Kind::Empty) return;
+    if (open_.size() == limits_.depth) fail(tag.at, "nested deeper than " + std::to_string(limits_.depth));
+    open_.push_back({tag.name, false});
+  } else if (tag.name == "string") {
+    characters(tag);
+  } else if (tag.name == "true" || tag.name == "false") {
+    skipSpaces();
+    closing(tag);
+  } else {
+    const PropertyListScalar* scalar = propertyListScalarNamed(tag.name);
+    if (!scalar) fail(tag.at, "expected a value, found " + asXmlText(written(tag)));
+    const std::string_view text = plainText(tag);
+    if (!scalar->accepts(text)) {
+      fail(tag.at,
+           "expected " + std::string(scalar->expectation) + ", found \"" + asXmlText(text.substr(0, 40)) + "\"");
+    }
+  }
+}
+
+void XmlCheck::document() {
+  if (const std::size_t good = xmlTextLength(text_); good < text_.size())
+    fail(good, "expected UTF-8 text without control characters");
+  skipProlog();
+  if (at_ == text_.size()) fail(at_, "expected <plist>, found the end of the file");
+  if (const Tag root = nextTag(); root.name != "plist" || root.kind != Tag::Kind::Opening) {
+    fail(root.at, "expected <plist>, found " + asXmlText(written(root)));
+  }
+
+  bool isComplete = false;
+  while (true) {
+    skipSpacesAndComments();
+    const Tag tag = nextTag();
+    Container* const in = open_.empty() ? nullptr : &open_.back();
+    if (tag.kind == Tag::Kind::Closing) {
+      const std::string_view name = in ? in->name : "plist";
+      if (tag.name != name) fail(tag.at, "expected </" + std::string(name) + ">, found " + asXmlText(written(tag)));
+      if (in ? in->hasPendingKey : !isComplete) fail(tag.at, "expected a value, found " + written(tag));
+      if (!in) break;
+      open_.pop_back();
+    } else if (in && in->isDictionary() && !in->hasPendingKey) {
+      if (tag.name != "key") fail(tag.at, "expected <key> or </dict>, found " + asXmlText(written(tag)));
+      if (tag.kind == Tag::Kind::Empty) fail(tag.at, "expected <key> and </key>, found <key/>");
+      characters(tag);
+      in->hasPendingKey = true;
+    } else {
+      if (!in && isComplete) fail(tag.at, "expected </plist>, found " + asXmlText(written(tag)));
+      if (in) in->hasPendingKey = false;
+      isComplete = true;
+      value(tag);
+    }
+  }
+  skipSpacesAndComments();
+  if (at_ < text_.size()) fail(at_, "expected the end of the file after </plist>");
+}
+
+}  // namespace
+
+std::optional<std::string> xmlPropertyListFault(std::string_view text, const PropertyListLimits& limits) {
+  try {
+    XmlCheck(text, limits).document();
+    return std::nullopt;
+  } catch (const Fault& fault) {
+    const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(fault.at), '\n');
+    return "line " + std::to_string(line) + ": " + fault.text;
+  }
+}
+
+}  // namespace hushmode::devices
