@@ -11,7 +11,7 @@ namespace hushmode::devices {
 
 namespace {
 
-constexpr std::string_view kSpaces = " \t\r\n";
+bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 struct Fault {
   std::size_t at;
@@ -32,8 +32,7 @@ std::string written(const Tag& tag) {
 /// The beginning of `text`, on one line.
 std::string quoted(std::string_view text) {
   std::string line = asXmlText(text.substr(0, 40));
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return kSpaces.find(c) != std::string_view::npos; }, ' ');
+  std::replace_if(line.begin(), line.end(), isSpace, ' ');
   return '"' + line + '"';
 }
 
@@ -72,7 +71,15 @@ class XmlCheck {
   }
 
   std::string_view rest() const { return text_.substr(at_); }
-  void skipSpaces() { at_ = std::min(text_.find_first_not_of(kSpaces, at_), text_.size()); }
+  /// The next place from `from` on whose character is of that kind, or the end.
+  template <class Predicate>
+  std::size_t next(std::size_t from, Predicate isOfKind) const {
+    while (from < text_.size() && !isOfKind(text_[from])) ++from;
+    return from;
+  }
+  void skipSpaces() {
+    at_ = next(at_, [](char c) { return !isSpace(c); });
+  }
   /// Goes behind the next `end`; the text ahead starts with something that only ends there.
   void skipPast(std::string_view end, std::size_t from);
   void skipSpacesAndComments();
@@ -120,20 +127,20 @@ Tag XmlCheck::nextTag() {
   const std::size_t start = at_;
   if (start == text_.size()) failEnding();
   if (text_[start] != '<') {
-    const std::string_view word = rest().substr(0, rest().find_first_of("< \t\r\n"));
-    fail(start, "expected a tag, found " + quoted(word));
+    const std::size_t end = next(start, [](char c) { return c == '<' || isSpace(c); });
+    fail(start, "expected a tag, found " + quoted(text_.substr(start, end - start)));
   }
   const bool closes = rest().starts_with("</");
   const std::size_t nameBegin = start + (closes ? 2 : 1);
-  const std::size_t end = text_.find_first_of("<>", nameBegin);
-  if (end == std::string_view::npos || text_[end] == '<') fail(start, "expected > at the end of the tag");
-  const bool empties = !closes && end > nameBegin && text_[end - 1] == '/';
-  const std::string_view inside = text_.substr(nameBegin, end - nameBegin - (empties ? 1 : 0));
-  const std::string_view name = inside.substr(0, inside.find_first_of(kSpaces));
-  const std::string_view attributes = inside.substr(name.size());
-  if (name != "plist" && attributes.find_first_not_of(kSpaces) != std::string_view::npos) {
-    fail(start, "expected > after <" + asXmlText(name));
-  }
+  const std::size_t nameEnd = next(nameBegin, [](char c) { return c == '>' || c == '<' || c == '/' || isSpace(c); });
+  const std::string_view name = text_.substr(nameBegin, nameEnd - nameBegin);
+  std::size_t end = next(nameEnd, [](char c) { return !isSpace(c); });
+  if (name == "plist")
+    end = next(end, [](char c) { return c == '>' || c == '<' || c == '/'; });  // Attributes are its version.
+  const bool empties = !closes && end < text_.size() && text_[end] == '/';
+  if (empties) ++end;
+  if (end == text_.size() || text_[end] != '>')
+    fail(start, "expected > after <" + std::string(closes ? "/" : "") + asXmlText(name));
   at_ = end + 1;
   return {closes ? Tag::Kind::Closing : empties ? Tag::Kind::Empty : Tag::Kind::Opening, name, start};
 }
@@ -150,7 +157,7 @@ void XmlCheck::closing(const Tag& tag) {
 void XmlCheck::characters(const Tag& tag) {
   if (tag.kind == Tag::Kind::Empty) return;
   while (true) {
-    at_ = std::min(text_.find_first_of("<&", at_), text_.size());
+    at_ = next(at_, [](char c) { return c == '<' || c == '&'; });
     if (rest().starts_with('&')) {
       const std::size_t end = std::min(text_.find(';', at_), text_.size());
       const std::string_view name = text_.substr(at_ + 1, end - at_ - 1);

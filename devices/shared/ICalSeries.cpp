@@ -1,0 +1,240 @@
+#include "devices/shared/ICalSeries.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <limits>
+#include <tuple>
+
+namespace hushmode::devices {
+
+namespace {
+
+/// More than any two clocks of the world are apart.
+constexpr std::int64_t kClocksApart = 2 * kSecondsPerDay;
+constexpr std::int64_t kForever = std::numeric_limits<std::int64_t>::max() / 4;
+
+/// The end of something that starts at `at`. `start` is where the length was counted from.
+std::int64_t endOf(const ICalTime& at, const ICalTime& start, const ICalLength& length, const TimeZone& local) {
+  if (!length.end) {
+    const ICalTime end{at.wall + length.days * kSecondsPerDay, at.zone, at.isDate};
+    return end.instant(local) + length.seconds;
+  }
+  if (at == start) return length.end->instant(local);
+  if (length.end->zone == nullptr && start.zone == nullptr) {
+    return ICalTime{at.wall + length.end->wall - start.wall, at.zone}.instant(local);
+  }
+  // RFC 5545, 3.8.5.3: by DTEND, all occurrences last exactly as long.
+  return at.instant(local) + (length.end->instant(local) - start.instant(local));
+}
+
+/// At least how long it is, however it is counted, and twice that where it crosses a change of the clock.
+std::int64_t lengthBound(const ICalTime& start, const ICalLength& length) {
+  if (length.end) return std::abs(length.end->wall - start.wall) + kClocksApart;
+  return std::abs(length.days * kSecondsPerDay) + std::abs(length.seconds) + kClocksApart;
+}
+
+void append(ICalEntry* entry, const ICalTime& at, const ICalTime& start, const ICalLength& length, std::int64_t from,
+            std::int64_t to, const TimeZone& local, std::vector<ICalOccurrence>& occurrences) {
+  ICalOccurrence occurrence{at.instant(local), endOf(at, start, length, local), entry};
+  // An entry that ends before it starts has them exchanged.
+  if (occurrence.end < occurrence.start) std::swap(occurrence.start, occurrence.end);
+  if (occurrence.overlaps(from, to)) occurrences.push_back(occurrence);
+}
+
+/// Moments that are taken out of a series: dates as day numbers, times as instants.
+class Exclusions {
+ public:
+  void add(const ICalTime& time, const TimeZone& local) {
+    (time.isDate ? days_ : instants_).push_back(time.isDate ? time.day() : time.instant(local));
+  }
+  void order() {
+    std::sort(days_.begin(), days_.end());
+    std::sort(instants_.begin(), instants_.end());
+  }
+  bool hold(std::int64_t instant, const ICalTime& time) const {
+    return std::binary_search(instants_.begin(), instants_.end(), instant) ||
+           std::binary_search(days_.begin(), days_.end(), time.day());
+  }
+
+ private:
+  std::vector<std::int64_t> days_, instants_;
+};
+
+}  // namespace
+
+/// A start that the rules and dates of the entry give.
+struct ICalSeries::Candidate {
+  std::int64_t instant;
+  ICalTime at;
+  const ICalLength* length;  ///< Null: that of the entry.
+};
+
+ICalSeries::ICalSeries(std::span<ICalEntry* const> entries) {
+  for (ICalEntry* entry : entries) {
+    if (!entry->recurrenceId && (entry_ == nullptr || entry->sequence >= entry_->sequence)) entry_ = entry;
+  }
+  addReplacements(entries);
+  if (entry_ != nullptr) reach_ = longestReach();
+}
+
+void ICalSeries::addReplacements(std::span<ICalEntry* const> entries) {
+  for (ICalEntry* entry : entries) {
+    if (entry->recurrenceId) replacements_.push_back({entry, likeStart(*entry->recurrenceId)});
+  }
+  const auto key = [](const Replacement& replacement) {
+    return std::tuple(replacement.replaced.wall, replacement.entry->thisAndFuture, replacement.entry->sequence);
+  };
+  std::stable_sort(replacements_.begin(), replacements_.end(),
+                   [&](const Replacement& a, const Replacement& b) { return key(a) < key(b); });
+  // Of those for the same occurrence, the last one stays.
+  const auto superseded = [](const Replacement& later, const Replacement& earlier) {
+    return later.replaced == earlier.replaced && later.entry->thisAndFuture == earlier.entry->thisAndFuture;
+  };
+  const auto kept = std::unique(replacements_.rbegin(), replacements_.rend(), superseded);
+  replacements_.erase(replacements_.begin(), kept.base());
+  std::copy_if(replacements_.begin(), replacements_.end(), std::back_inserter(futures_),
+               [](const Replacement& replacement) { return replacement.entry->thisAndFuture; });
+}
+
+/// The occurrence that a RECURRENCE-ID or RDATE means: a date beside a timed series is the occurrence on that day, a
+/// time beside an all-day series that of its day.
+ICalTime ICalSeries::likeStart(const ICalTime& time) const {
+  if (entry_ == nullptr) return time;
+  const ICalTime& start = entry_->start;
+  if (start.isDate) return {time.day() * kSecondsPerDay, nullptr, true};
+  if (time.isDate) return {time.wall + floorModulo(start.wall, kSecondsPerDay), start.zone, false};
+  if (time.zone == start.zone || time.zone == nullptr || start.zone == nullptr) return time;
+  return {start.zone->localFromUtc(time.zone->utcFromLocal(time.wall)), start.zone, false};
+}
+
+bool ICalSeries::expand(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+                        std::vector<ICalOccurrence>& occurrences) const {
+  const std::int64_t replacements = static_cast<std::int64_t>(replacements_.size());
+  if (!budget.take(WorkBudget::kOccurrence * (1 + replacements))) return false;
+  bool complete = true;
+  if (entry_ != nullptr && !entry_->repetition && replacements_.empty()) {
+    append(entry_, entry_->start, entry_->start, entry_->length, from, to, local, occurrences);
+  } else if (entry_ != nullptr) {
+    complete = expandRepetition(from, to, local, budget, occurrences);
+  }
+  for (const auto& [entry, replaced] : replacements_) {
+    append(entry, entry->start, entry->start, entry->length, from, to, local, occurrences);
+  }
+  return complete;
+}
+
+bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+                                  std::vector<ICalOccurrence>& occurrences) const {
+  const std::int64_t first = from - reach_, last = to + reach_;
+  std::vector<Candidate> candidates;
+  const bool complete = collectCandidates(first, last, local, budget, candidates);
+
+  Exclusions exclusions;
+  const auto exclude = [&](const ICalTime& time) {
+    if (time.wall >= first - kClocksApart && time.wall <= last + kClocksApart) exclusions.add(time, local);
+  };
+  for (const Replacement& replacement : replacements_) exclude(replacement.replaced);
+  if (entry_->repetition) {
+    if (!budget.take(static_cast<std::int64_t>(entry_->repetition->exceptions.size()))) return false;
+    for (const ICalTime& time : entry_->repetition->exceptions) {
+      exclude(entry_->start.isDate && !time.isDate ? likeStart(time) : time);
+    }
+  }
+  exclusions.order();
+
+  for (const Candidate& candidate : candidates) {
+    if (exclusions.hold(candidate.instant, candidate.at)) continue;
+    if (const Replacement* future = futureReplacementFor(candidate.at)) {
+      const ICalEntry& entry = *future->entry;
+      const ICalTime moved{entry.start.wall + (candidate.at.wall - future->replaced.wall), entry.start.zone,
+                           entry.start.isDate};
+      append(future->entry, moved, entry.start, entry.length, from, to, local, occurrences);
+    } else {
+      const bool ownLength = candidate.length != nullptr;
+      append(entry_, candidate.at, ownLength ? candidate.at : entry_->start,
+             ownLength ? *candidate.length : entry_->length, from, to, local, occurrences);
+    }
+  }
+  return complete;
+}
+
+std::int64_t ICalSeries::longestReach() const {
+  std::int64_t reach = lengthBound(entry_->start, entry_->length);
+  if (entry_->repetition) {
+    for (const ICalRepetition::Date& date : entry_->repetition->dates) {
+      if (date.length) reach = std::max(reach, lengthBound(date.start, *date.length));
+    }
+  }
+  for (const auto& [entry, replaced] : futures_) {
+    const std::int64_t moved = std::abs(entry->start.wall - replaced.wall);
+    reach = std::max(reach, lengthBound(entry->start, entry->length) + moved);
+  }
+  return reach;
+}
+
+bool ICalSeries::collectCandidates(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+                                   std::vector<Candidate>& candidates) const {
+  const auto add = [&](const ICalTime& at, const ICalLength* length) {
+    candidates.push_back({at.instant(local), at, length});
+  };
+  const ICalTime& start = entry_->start;
+  bool complete = true;
+  if (startOccurs()) add(start, nullptr);
+  if (entry_->repetition) {
+    std::vector<WallTime> walls;
+    for (ICalRecurrence& rule : entry_->repetition->rules) {
+      complete = rule.expand(from - kClocksApart, to + kClocksApart, budget, walls) && complete;
+    }
+    for (const WallTime wall : walls) add({wall, start.zone, start.isDate}, nullptr);
+    if (!budget.take(static_cast<std::int64_t>(entry_->repetition->dates.size()))) complete = false;
+    for (const ICalRepetition::Date& date : entry_->repetition->dates) {
+      if (date.start.wall < from - kClocksApart || date.start.wall > to + kClocksApart) continue;
+      add(likeStart(date.start), date.length ? &*date.length : nullptr);
+    }
+  }
+  // Where rules and dates agree on a start it occurs once, as long as its PERIOD says.
+  std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
+    return a.instant != b.instant ? a.instant < b.instant : (a.length != nullptr) > (b.length != nullptr);
+  });
+  const auto sameStart = [](const Candidate& a, const Candidate& b) { return a.instant == b.instant; };
+  candidates.erase(std::unique(candidates.begin(), candidates.end(), sameStart), candidates.end());
+  return complete;
+}
+
+/// DTSTART is the first occurrence whether or not the rules meet it; but a series that ended before it began, as it is
+/// left when all its occurrences are deleted, has none.
+bool ICalSeries::startOccurs() const {
+  if (!entry_->repetition || entry_->repetition->rules.empty()) return true;
+  return std::any_of(entry_->repetition->rules.begin(), entry_->repetition->rules.end(),
+                     [&](const ICalRecurrence& rule) { return !rule.last() || *rule.last() >= entry_->start.wall; });
+}
+
+/// The last THISANDFUTURE replacement at or before an occurrence.
+const ICalSeries::Replacement* ICalSeries::futureReplacementFor(const ICalTime& start) const {
+  const auto later =
+      std::upper_bound(futures_.begin(), futures_.end(), start.wall,
+                       [](WallTime wall, const Replacement& replacement) { return wall < replacement.replaced.wall; });
+  return later == futures_.begin() ? nullptr : &*std::prev(later);
+}
+
+ICalSeries::Extent ICalSeries::extent() const {
+  std::int64_t first = kForever, last = -kForever;
+  const auto cover = [&](WallTime wall, std::int64_t reach) {
+    first = std::min(first, wall - reach - kClocksApart);
+    last = std::max(last, wall + reach + kClocksApart);
+  };
+  for (const auto& [entry, replaced] : replacements_)
+    cover(entry->start.wall, lengthBound(entry->start, entry->length));
+  if (entry_ == nullptr) return {first, last};
+  cover(entry_->start.wall, reach_);
+  if (entry_->repetition) {
+    for (const ICalRepetition::Date& date : entry_->repetition->dates) cover(date.start.wall, reach_);
+    for (const ICalRecurrence& rule : entry_->repetition->rules) {
+      cover(std::clamp(rule.last().value_or(kForever), -kForever, kForever), reach_);
+    }
+  }
+  return {first, last};
+}
+
+}  // namespace hushmode::devices

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "devices/shared/ICalEntry.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace hushmode::devices {
+
+/// One occurrence, in seconds since 1970, UTC; `start` <= `end`.
+struct ICalOccurrence {
+  std::int64_t start, end;
+  ICalEntry* entry;  ///< What it is called: the entry, or what replaces this occurrence of it.
+
+  /// Whether it overlaps the span: see `CalendarFolder::occurrences`.
+  bool overlaps(std::int64_t from, std::int64_t to) const {
+    return start < to && (end > from || (start == end && start >= from));
+  }
+};
+
+/// An entry of a calendar with whatever replaces some of its occurrences: all VEVENTs with one UID, from whichever
+/// file.
+class ICalSeries {
+ public:
+  /// `entries` has one or more, in the order in which they were read; they must outlive the series. Of several that say
+  /// the same thing (the entry itself, or one occurrence of it) the one with the highest SEQUENCE counts, and of those
+  /// the last.
+  explicit ICalSeries(std::span<ICalEntry* const> entries);
+
+  /// Appends the occurrences that overlap the span, in no order. Answers false when the budget ended it early.
+  bool expand(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+              std::vector<ICalOccurrence>& occurrences) const;
+
+  /// Nothing occurs outside of it, whatever the local zone is. Seconds since 1970, UTC.
+  struct Extent {
+    std::int64_t from, to;
+  };
+  Extent extent() const;
+
+  const ICalEntry& anyEntry() const { return entry_ != nullptr ? *entry_ : *replacements_.front().entry; }
+
+ private:
+  struct Replacement {
+    ICalEntry* entry;
+    ICalTime replaced;  ///< Like the start of the series: a date, or a time in its zone.
+  };
+  struct Candidate;
+
+  void addReplacements(std::span<ICalEntry* const> entries);
+  ICalTime likeStart(const ICalTime& time) const;
+  std::int64_t longestReach() const;
+  bool expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+                        std::vector<ICalOccurrence>& occurrences) const;
+  bool collectCandidates(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+                         std::vector<Candidate>& candidates) const;
+  const Replacement* futureReplacementFor(const ICalTime& start) const;
+  bool startOccurs() const;
+
+  ICalEntry* entry_ = nullptr;             ///< Null when only occurrences of it are known.
+  std::vector<Replacement> replacements_;  ///< In the order of what they replace.
+  std::vector<Replacement> futures_;       ///< Those of them that replace all later occurrences as well.
+  std::int64_t reach_ = 0;  ///< How far from the start that the rules give an occurrence can be, at either end of it.
+};
+
+}  // namespace hushmode::devices

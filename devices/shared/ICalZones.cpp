@@ -1,0 +1,69 @@
+#include "devices/shared/ICalZones.h"
+
+#include "devices/shared/ICalProperty.h"
+#include "devices/shared/ICalZone.h"
+#include "devices/shared/WindowsZones.h"
+
+namespace hushmode::devices {
+
+namespace {
+
+/// The zone that has this name outside of any file.
+std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier) {
+  if (auto zone = TimeZone::named(identifier)) return zone;
+  for (std::size_t slash = identifier.find('/'); slash != std::string_view::npos;
+       slash = identifier.find('/', slash + 1)) {
+    if (auto zone = TimeZone::named(identifier.substr(slash + 1))) return zone;
+  }
+  const std::string_view name = zoneOfWindowsName(identifier);
+  return name.empty() ? nullptr : TimeZone::named(name);
+}
+
+}  // namespace
+
+const ICalZones::Definition& ICalZones::defined(std::string_view component) {
+  const auto [known, isNew] = definitions_.try_emplace(std::string(component));
+  Definition& definition = known->second;
+  if (!isNew) return definition;
+  const ICalComponentPointer parsed = parsedComponent(known->first);
+  if (!parsed || icalcomponent_isa(parsed.get()) != ICAL_VTIMEZONE_COMPONENT) return definition;
+  if (icalproperty* identifier = icalcomponent_get_first_property(parsed.get(), ICAL_TZID_PROPERTY)) {
+    definition.identifier = icalproperty_get_tzid(identifier);
+    definition.zone = zoneOf(parsed.get());
+  }
+  return definition;
+}
+
+void ICalZones::forgetUnused() {
+  std::erase_if(definitions_, [](const auto& definition) { return definition.second.zone.use_count() <= 1; });
+}
+
+ICalZoneResolver::ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones,
+                                   const ICalProblem& problem) {
+  for (const std::string_view component : timeZones) {
+    const ICalZones::Definition& definition = zones.defined(component);
+    if (definition.zone) {
+      zones_.insert_or_assign(definition.identifier, definition.zone);
+    } else {
+      problem(component, "the time zone \"" + definition.identifier +
+                             "\" is not described completely (or changes too often); another of that name is used");
+    }
+  }
+}
+
+const TimeZone* ICalZoneResolver::resolve(std::string_view identifier) {
+  auto known = zones_.find(identifier);
+  if (known == zones_.end()) known = zones_.emplace(identifier, wellKnownZone(identifier)).first;
+  return known->second.get();
+}
+
+std::vector<std::shared_ptr<const TimeZone>> ICalZoneResolver::takeZones() {
+  std::vector<std::shared_ptr<const TimeZone>> zones;
+  for (auto& [identifier, zone] : zones_) {
+    if (zone) zones.push_back(std::move(zone));
+  }
+  zones_.clear();
+  return zones;
+}
+
+}  // namespace hushmode::devices

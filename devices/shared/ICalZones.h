@@ -1,0 +1,49 @@
+#pragma once
+
+#include "devices/shared/ICalText.h"
+#include "devices/shared/TimeZone.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace hushmode::devices {
+
+/// The time zones that files bring along, shared by all files with the same text for them.
+class ICalZones {
+ public:
+  struct Definition {
+    std::string identifier;
+    std::shared_ptr<const TimeZone> zone;
+  };
+  /// The zone of a VTIMEZONE; its zone is null when the text does not describe one that can be used.
+  const Definition& defined(std::string_view component);
+
+  /// Lets go of the zones that no file uses any more.
+  void forgetUnused();
+
+ private:
+  std::unordered_map<std::string, Definition> definitions_;
+};
+
+/// Finds the zones that the times of one VCALENDAR name.
+class ICalZoneResolver {
+ public:
+  /// The VTIMEZONEs of the calendar come before anything else of the same name.
+  ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones, const ICalProblem& problem);
+
+  /// By TZID: the VTIMEZONE, the zone of the system's database, the same for the end of a prefixed identifier
+  /// ("/example.org/2024/Europe/Berlin"), the zone of a Windows name. Null when none knows it.
+  const TimeZone* resolve(std::string_view identifier);
+
+  /// Every zone given out, to be kept as long as its times.
+  std::vector<std::shared_ptr<const TimeZone>> takeZones();
+
+ private:
+  std::map<std::string, std::shared_ptr<const TimeZone>, std::less<>> zones_;
+};
+
+}  // namespace hushmode::devices
