@@ -1,0 +1,114 @@
+// hushmode events: the occurrences in a folder of calendars, as planning sees them.
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/Json.h"
+#include "apps/cli/Terminal.h"
+#include "apps/simulation/JsonReader.h"
+#include "apps/simulation/Scenario.h"
+#include "apps/simulation/TimeText.h"
+#include "devices/shared/CalendarFolder.h"
+
+#include <array>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <unistd.h>
+
+namespace hushmode::cli {
+
+namespace {
+
+using devices::CalendarOccurrence;
+using simulation::InputError;
+
+struct Options {
+  std::string calendars, from, to;
+  std::optional<std::string> zone;
+  bool json = false;
+};
+
+std::string_view statusName(platform::EKEventStatus status) {
+  static constexpr std::array<std::string_view, 4> names{"none", "confirmed", "tentative", "cancelled"};
+  return names[static_cast<std::size_t>(status)];
+}
+
+void printJson(const devices::CalendarInfo& calendar, const CalendarOccurrence& each, const devices::TimeZone& zone) {
+  Json line = Json::object();
+  line["calendar"] = calendar.identifier;
+  line["uid"] = each.details->uniqueId;
+  line["title"] = each.details->title ? Json(*each.details->title) : Json(nullptr);
+  line["status"] = statusName(each.details->status);
+  line["start"] = simulation::isoTime(each.start, zone);
+  line["end"] = simulation::isoTime(each.end, zone);
+  line["allDay"] = each.details->allDay;
+  std::cout << lineOf(line) << '\n';
+}
+
+std::string spanText(const CalendarOccurrence& each, const devices::TimeZone& zone) {
+  if (each.details->allDay) return "all day       ";
+  return simulation::clockTime(each.start, zone).substr(0, 5) + " to " +
+         simulation::clockTime(each.end, zone).substr(0, 5);
+}
+
+void printForPeople(const std::vector<devices::CalendarInfo>& calendars, const std::vector<CalendarOccurrence>& found,
+                    const devices::TimeZone& zone) {
+  const Terminal terminal = Terminal::of(STDOUT_FILENO);
+  std::size_t calendarColumns = 0;
+  for (const CalendarOccurrence& each : found) {
+    calendarColumns = std::max(calendarColumns, columnsOf(harmless(calendars[each.calendar].title)));
+  }
+  std::string day;
+  for (const CalendarOccurrence& each : found) {
+    const std::string heading = simulation::dayHeading(each.start, zone);
+    if (heading != day) std::cout << (day.empty() ? "" : "\n") << terminal.styled(heading, Style::Bold) << '\n';
+    day = heading;
+    const auto status = each.details->status;
+    std::cout << "  " << padded(spanText(each, zone), 14) << "  "
+              << terminal.styled(padded(harmless(calendars[each.calendar].title), calendarColumns), Style::Dim) << "  "
+              << harmless(each.details->title.value_or("(no title)"));
+    if (status == platform::EKEventStatus::Tentative || status == platform::EKEventStatus::Canceled) {
+      std::cout << terminal.styled(" (" + std::string(statusName(status)) + ")", Style::Yellow);
+    }
+    std::cout << '\n';
+  }
+  if (found.empty()) std::cout << "No events.\n";
+}
+
+int listEvents(const Options& options) {
+  simulation::Scenario span;
+  span.zone = simulation::zoneNamed(options.zone);
+  simulation::setSpan(span, options.from, options.to, platform::Date(0));
+  std::error_code error;
+  if (!std::filesystem::is_directory(options.calendars, error)) {
+    throw InputError("calendars: " + options.calendars + ": " + (error ? error.message() : "not a folder") +
+                     "; expected a folder of iCalendar files");
+  }
+  devices::CalendarFolder folder(options.calendars,
+                                 [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
+  folder.rescan();
+  const auto found = folder.occurrences(span.from, span.to, *span.zone);
+  if (!options.json) {
+    printForPeople(folder.calendars(), found, *span.zone);
+    return Done;
+  }
+  for (const CalendarOccurrence& each : found) printJson(folder.calendars()[each.calendar], each, *span.zone);
+  return Done;
+}
+
+}  // namespace
+
+void addEventsCommand(CLI::App& program, Command& chosen) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* command = program.add_subcommand("events", "List the events in a folder of calendars, repeats included");
+  command->add_option("--calendars", options->calendars, "A folder of iCalendar files")->required();
+  command->add_option("--from", options->from, "When to begin")->required();
+  command->add_option("--to", options->to, "When to end; a day means its end")->required();
+  command->add_option("--zone", options->zone, "The local time zone, such as Europe/Berlin");
+  command->add_flag("--json", options->json, "Print one JSON object a line");
+  command->footer(
+      "Example:\n"
+      "  hushmode events --calendars ~/.calendars --from 2026-11-24 --to 2026-11-24");
+  command->final_callback([options, &chosen] { chosen = [options] { return listEvents(*options); }; });
+}
+
+}  // namespace hushmode::cli

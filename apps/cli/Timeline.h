@@ -1,0 +1,45 @@
+#pragma once
+
+#include "apps/cli/Terminal.h"
+#include "apps/simulation/Switches.h"
+#include "devices/shared/TimeZone.h"
+#include "devices/simulated/Record.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace hushmode::cli {
+
+/// Prints a simulation for people: day by day, one line per switch, columns aligned within a day.
+class Timeline {
+ public:
+  /// `decisions`: also the record's lines, each at its time.
+  Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, bool decisions);
+
+  void add(const simulation::Switch& each);
+  void add(const devices::RecordEntry& entry);
+  /// Prints what has not been printed yet, and a closing line that says how many switches there were.
+  void finish();
+
+ private:
+  struct Line {
+    platform::Date at;
+    bool isSwitch;
+    simulation::Switch each;
+    std::string text;
+  };
+  void insert(Line line);
+  void printDay();
+  void print(const Line& line, std::size_t profileColumns, std::size_t reasonColumns);
+
+  std::ostream& out_;
+  Terminal terminal_;
+  std::shared_ptr<const devices::TimeZone> zone_;
+  bool decisions_;
+  std::string day_;
+  std::vector<Line> lines_;
+  std::size_t switches_ = 0;
+};
+
+}  // namespace hushmode::cli

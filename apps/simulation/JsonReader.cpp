@@ -1,0 +1,154 @@
+#include "apps/simulation/JsonReader.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace hushmode::simulation {
+
+namespace {
+
+std::size_t editDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+template <class Candidates>
+std::string nearest(std::string_view word, const Candidates& candidates) {
+  constexpr std::size_t longestWord = 100;  // Nothing of that length is a slip of the pen.
+  std::string best;
+  std::size_t bestDistance = std::max<std::size_t>(2, word.size() / 3) + 1;
+  if (word.size() > longestWord) return best;
+  for (const auto& candidate : candidates) {
+    const std::size_t distance = editDistance(word, candidate);
+    if (distance < bestDistance) {
+      bestDistance = distance;
+      best = candidate;
+    }
+  }
+  return best;
+}
+
+std::string inQuotes(std::string_view text) {
+  constexpr std::size_t most = 60;
+  return text.size() <= most ? "\"" + std::string(text) + "\"" : "\"" + std::string(text.substr(0, most)) + "...\"";
+}
+
+}  // namespace
+
+std::string nearestOf(std::string_view word, std::initializer_list<std::string_view> candidates) {
+  return nearest(word, candidates);
+}
+std::string nearestOf(std::string_view word, const std::vector<std::string>& candidates) {
+  return nearest(word, candidates);
+}
+
+std::pair<std::shared_ptr<const JsonReader::Json>, JsonReader> JsonReader::parse(std::string_view text,
+                                                                                 const std::string& file) {
+  try {
+    auto json = std::make_shared<const Json>(Json::parse(text));
+    JsonReader reader(*json, file, "");
+    return {std::move(json), std::move(reader)};
+  } catch (const nlohmann::json::parse_error& error) {
+    // The library's text begins with its own name and number in brackets; people need the rest.
+    std::string reason = error.what();
+    if (const auto bracket = reason.find("] "); bracket != std::string::npos) reason.erase(0, bracket + 2);
+    throw InputError(file + ": not JSON: " + reason);
+  }
+}
+
+std::string JsonReader::place() const { return file_ + ": " + (path_.empty() ? "top level" : path_); }
+
+void JsonReader::fail(const std::string& expectation) const { throw InputError(place() + ": " + expectation); }
+
+void JsonReader::requireKeys(std::initializer_list<std::string_view> known) const {
+  if (!json_->is_object()) fail("expected an object");
+  for (const auto& [key, value] : json_->items()) {
+    if (std::find(known.begin(), known.end(), key) != known.end()) continue;
+    const std::string near = nearestOf(key, known);
+    std::string all;
+    for (const std::string_view each : known) all += (all.empty() ? "" : ", ") + std::string(each);
+    fail("unknown key " + inQuotes(key) + (near.empty() ? "; known are: " + all : "; did you mean \"" + near + "\"?"));
+  }
+}
+
+std::optional<JsonReader> JsonReader::find(const std::string& key) const {
+  if (!json_->is_object()) fail("expected an object");
+  const auto place = json_->find(key);
+  if (place == json_->end()) return std::nullopt;
+  return JsonReader(*place, file_, path_.empty() ? key : path_ + "." + key);
+}
+
+JsonReader JsonReader::require(const std::string& key) const {
+  auto value = find(key);
+  if (!value) fail("expected a key \"" + key + "\"");
+  return *std::move(value);
+}
+
+std::vector<JsonReader> JsonReader::elements() const {
+  if (!json_->is_array()) fail("expected a list");
+  std::vector<JsonReader> list;
+  for (std::size_t i = 0; i < json_->size(); ++i) {
+    list.push_back(JsonReader((*json_)[i], file_, path_ + "[" + std::to_string(i) + "]"));
+  }
+  return list;
+}
+
+std::vector<std::pair<std::string, JsonReader>> JsonReader::members() const {
+  if (!json_->is_object()) fail("expected an object");
+  std::vector<std::pair<std::string, JsonReader>> list;
+  for (const auto& [key, value] : json_->items()) {
+    list.emplace_back(key, JsonReader(value, file_, path_.empty() ? key : path_ + "." + key));
+  }
+  return list;
+}
+
+std::string JsonReader::text() const {
+  if (!json_->is_string()) fail("expected a text");
+  return json_->get<std::string>();
+}
+
+bool JsonReader::boolean() const {
+  if (!json_->is_boolean()) fail("expected true or false");
+  return json_->get<bool>();
+}
+
+double JsonReader::number(double lowest, double highest) const {
+  const double number = json_->is_number() ? json_->get<double>() : lowest - 1;
+  if (!(number >= lowest && number <= highest)) {
+    fail("expected a number from " + Json(lowest).dump() + " to " + Json(highest).dump());
+  }
+  return number;
+}
+
+std::vector<std::string> JsonReader::texts() const {
+  std::vector<std::string> list;
+  for (const JsonReader& element : elements()) list.push_back(element.text());
+  return list;
+}
+
+bool JsonReader::booleanOr(const std::string& key, bool otherwise) const {
+  const auto value = find(key);
+  return value ? value->boolean() : otherwise;
+}
+
+double JsonReader::numberOr(const std::string& key, double otherwise, double lowest, double highest) const {
+  const auto value = find(key);
+  return value ? value->number(lowest, highest) : otherwise;
+}
+
+std::string JsonReader::textOr(const std::string& key, const std::string& otherwise) const {
+  const auto value = find(key);
+  return value ? value->text() : otherwise;
+}
+
+}  // namespace hushmode::simulation

@@ -1,0 +1,176 @@
+#include "apps/simulation/Scenario.h"
+
+#include "apps/simulation/ScenarioParts.h"
+#include "apps/simulation/TimeText.h"
+#include "devices/shared/PropertyListFile.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace hushmode::simulation {
+
+namespace fs = std::filesystem;
+using devices::TimeZone;
+using platform::Date;
+
+namespace {
+
+constexpr std::uintmax_t largestScenario = 16U << 20U;
+
+std::string contentsOf(const fs::path& file) {
+  std::error_code error;
+  if (fs::is_directory(file, error)) throw InputError(file.string() + ": is a folder; expected a scenario file (JSON)");
+  const auto size = fs::file_size(file, error);
+  if (error) throw InputError(file.string() + ": " + error.message() + "; expected a scenario file (JSON)");
+  if (size > largestScenario) throw InputError(file.string() + ": larger than 16 MiB; expected a scenario file (JSON)");
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream text;
+  if (!stream || !(text << stream.rdbuf())) {
+    throw InputError(file.string() + ": cannot be read, or is empty; expected a scenario file (JSON)");
+  }
+  return text.str();
+}
+
+fs::path existingFolder(const fs::path& folder) {
+  std::error_code error;
+  if (!fs::is_directory(folder, error)) {
+    throw InputError(folder.string() + ": " + (error ? error.message() : "not a folder") +
+                     "; expected a folder of iCalendar files");
+  }
+  return folder;
+}
+
+std::string machineZoneName() {
+  if (const char* name = std::getenv("TZ"); name && *name) return name[0] == ':' ? name + 1 : name;
+  std::error_code error;
+  const std::string target = fs::read_symlink("/etc/localtime", error).string();
+  constexpr std::string_view folder = "zoneinfo/";
+  const auto place = target.find(folder);
+  return place == std::string::npos ? "UTC" : target.substr(place + folder.size());
+}
+
+void readCalendars(const JsonReader& json, const fs::path& base, Scenario& scenario) {
+  if (json.json().is_string()) {
+    scenario.calendarFolder = existingFolder(base / json.text());
+    return;
+  }
+  for (const JsonReader& each : json.elements()) {
+    each.requireKeys({"identifier", "title", "account", "writable", "events"});
+    const std::string identifier = each.require("identifier").text();
+    scenario.prepare.emplace_back([identifier, title = each.textOr("title", identifier),
+                                   account = each.textOr("account", "Local"),
+                                   writable = each.booleanOr("writable", true)](devices::SimulatedPhone& phone) {
+      phone.calendars().addCalendar(identifier, title, account, writable);
+    });
+    const auto events = each.find("events");
+    if (!events) continue;
+    for (const JsonReader& item : events->elements()) {
+      item.requireKeys({"uid", "title", "start", "end", "status", "allDay"});
+      scenario.prepare.emplace_back([event = readEvent(item, identifier, scenario)](devices::SimulatedPhone& phone) {
+        phone.calendars().add(event);
+      });
+    }
+  }
+}
+
+void readProfileList(const JsonReader& json, const fs::path& base, Scenario& scenario) {
+  if (json.json().is_string()) {
+    scenario.profiles = readProfiles(base / json.text());
+    return;
+  }
+  for (const JsonReader& each : json.elements()) scenario.profiles.emplace_back(readDictionary(each));
+}
+
+}  // namespace
+
+std::shared_ptr<const TimeZone> zoneNamed(const std::optional<std::string>& name) {
+  const std::string wanted = name.value_or(machineZoneName());
+  if (auto zone = TimeZone::named(wanted)) return zone;
+  throw InputError("the system knows no time zone \"" + wanted + "\"; expected a name such as Europe/Berlin or UTC" +
+                   (name ? "" : " (from TZ or /etc/localtime; --zone chooses another)"));
+}
+
+platform::Array readProfiles(const fs::path& file) {
+  const auto content = devices::readPropertyList(file);
+  if (!content.value) throw InputError(content.error);
+  if (const auto* array = content.value->as<platform::Array>()) return *array;
+  throw InputError(file.string() + ": top level: expected an array of profiles");
+}
+
+void setSpan(Scenario& scenario, const std::optional<std::string>& from, const std::optional<std::string>& to,
+             Date today) {
+  const auto parse = [&](const std::string& text, const char* what) {
+    const auto time = parseTime(text, *scenario.zone, today);
+    if (!time) {
+      throw InputError(std::string(what) + ": \"" + text + "\" is no time; expected " + std::string(timeFormats));
+    }
+    return *time;
+  };
+  scenario.from = from ? parse(*from, "from") : beginningOfLocalDay(today, *scenario.zone);
+  if (!to) {
+    scenario.to = beginningOfLocalDay(scenario.from, *scenario.zone, 1);
+  } else {
+    scenario.to = parse(*to, "to");
+    if (isDateOnly(*to)) scenario.to = beginningOfLocalDay(scenario.to, *scenario.zone, 1);
+  }
+  if (scenario.to < scenario.from) {
+    throw InputError("to: " + *to + " is before from" + (from ? " (" + *from + ")" : ""));
+  }
+  constexpr double mostSeconds = 50 * 366 * 86400.0;
+  if (scenario.to - scenario.from > mostSeconds) throw InputError("to: more than 50 years after from");
+}
+
+Scenario scenarioFrom(const ScenarioOptions& options, Date today) {
+  Scenario scenario;
+  scenario.zone = zoneNamed(options.zone);
+  setSpan(scenario, options.from, options.to, today);
+  scenario.profiles = readProfiles(*options.profiles);
+  scenario.calendarFolder = existingFolder(*options.calendars);
+  return scenario;
+}
+
+Scenario readScenario(const fs::path& file, const ScenarioOptions& options) {
+  const auto [json, top] = JsonReader::parse(contentsOf(file), file.string());
+  top.requireKeys({"zone", "from", "to", "phone", "hostPlans", "profiles", "calendars", "steps", "comment"});
+  const fs::path base = file.parent_path();
+  Scenario scenario;
+  if (options.zone) {
+    scenario.zone = zoneNamed(options.zone);
+  } else {
+    const JsonReader zone = top.require("zone");
+    scenario.zone = TimeZone::named(zone.text());
+    if (!scenario.zone)
+      zone.fail("the system knows no time zone \"" + zone.text() + "\"; expected one such as Europe/Berlin");
+  }
+  const auto textAt = [&](const char* key, const std::optional<std::string>& option) -> std::optional<std::string> {
+    if (option) return option;
+    const auto value = top.find(key);
+    return value ? std::optional(value->text()) : std::nullopt;
+  };
+  const auto from = textAt("from", options.from);
+  if (!from) top.require("from");
+  try {
+    setSpan(scenario, from, textAt("to", options.to), Date(0));
+  } catch (const InputError& error) {
+    throw InputError(file.string() + ": " + error.what());
+  }
+  scenario.hostPlans = top.booleanOr("hostPlans", true);
+  if (const auto phone = top.find("phone")) readPhone(*phone, scenario);
+  if (options.profiles) {
+    scenario.profiles = readProfiles(*options.profiles);
+  } else if (const auto profiles = top.find("profiles")) {
+    readProfileList(*profiles, base, scenario);
+  }
+  if (options.calendars) {
+    scenario.calendarFolder = existingFolder(*options.calendars);
+  } else if (const auto calendars = top.find("calendars")) {
+    readCalendars(*calendars, base, scenario);
+  }
+  if (const auto steps = top.find("steps")) {
+    for (const JsonReader& each : steps->elements()) scenario.steps.push_back(readStep(each, scenario));
+  }
+  return scenario;
+}
+
+}  // namespace hushmode::simulation
