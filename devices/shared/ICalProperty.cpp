@@ -1,5 +1,7 @@
 #include "devices/shared/ICalProperty.h"
 
+#include <algorithm>
+#include <iterator>
 #include <span>
 
 namespace hushmode::devices {
@@ -61,15 +63,17 @@ ICalComponentPointer parsedComponent(const std::string& text) {
 }
 
 std::string textOf(std::string_view line) {
-  const std::size_t nameEnd = line.find_first_of(":;");
-  if (nameEnd == std::string_view::npos) return {};
-  // SUMMARY is what libical knows to be text.
-  const std::string summary = "SUMMARY" + std::string(line.substr(nameEnd));
-  const std::unique_ptr<icalproperty, decltype(&icalproperty_free)> property(
-      icalproperty_new_from_string(summary.c_str()), icalproperty_free);
-  const char* text = property && icalproperty_isa(property.get()) == ICAL_SUMMARY_PROPERTY
-                         ? icalproperty_get_summary(property.get())
-                         : nullptr;
+  // The value begins behind the first colon that is not in a quoted parameter.
+  bool quoted = false;
+  const auto colon = std::find_if(line.begin(), line.end(), [&](char c) {
+    if (c == '"') quoted = !quoted;
+    return c == ':' && !quoted;
+  });
+  if (colon == line.end()) return {};
+  const std::string escaped(std::next(colon), line.end());
+  const std::unique_ptr<icalvalue, decltype(&icalvalue_free)> value(
+      icalvalue_new_from_string(ICAL_TEXT_VALUE, escaped.c_str()), icalvalue_free);
+  const char* text = value ? icalvalue_get_text(value.get()) : nullptr;
   return text != nullptr ? text : "";
 }
 

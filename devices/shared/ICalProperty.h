@@ -24,7 +24,7 @@ void forEachProperty(icalcomponent* component, icalproperty_kind kind, Visit vis
   }
 }
 
-/// The value of a content line that holds text, whatever its name, unescaped.
+/// The value of a content line that holds text, unescaped. Unlike the parser's, with the blanks at its end.
 std::string textOf(std::string_view line);
 
 /// The TZID parameter; empty when there is none.

@@ -13,15 +13,13 @@ namespace {
 
 using platform::EKEventStatus;
 
-/// The properties that decide what occurs when, and what it is called.
-constexpr std::array<std::string_view, 11> kPropertiesRead{"UID",      "SUMMARY",       "DTSTART", "DTEND",
-                                                           "DURATION", "STATUS",        "RRULE",   "RDATE",
-                                                           "EXDATE",   "RECURRENCE-ID", "SEQUENCE"};
+/// The properties that decide what occurs when.
+constexpr std::array<std::string_view, 10> kPropertiesParsed{"UID",   "DTSTART", "DTEND",  "DURATION",      "STATUS",
+                                                             "RRULE", "RDATE",   "EXDATE", "RECURRENCE-ID", "SEQUENCE"};
 
-bool isRead(std::string_view name) {
-  return std::any_of(kPropertiesRead.begin(), kPropertiesRead.end(), [&](std::string_view read) {
-    return read.size() == name.size() && equalsIgnoringCase(read, name);
-  });
+bool isParsed(std::string_view name) {
+  return std::any_of(kPropertiesParsed.begin(), kPropertiesParsed.end(),
+                     [&](std::string_view parsed) { return equalsIgnoringCase(parsed, name); });
 }
 
 EKEventStatus statusOf(icalcomponent* event) {
@@ -38,7 +36,7 @@ EKEventStatus statusOf(icalcomponent* event) {
   }
 }
 
-/// A floating time beside a start with a zone is meant in that zone.
+/// A floating time is meant in the zone that the start has.
 ICalTime inZoneOf(const ICalTime& start, ICalTime time) {
   if (!time.isDate && time.zone == nullptr) time.zone = start.zone;
   return time;
@@ -80,9 +78,11 @@ class ObjectReader {
 void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile& file) {
   place_ = event;
   text_ = "BEGIN:VEVENT\r\n";
+  ICalEntry entry;
   bool hasRule = false;
   for (ICalLineReader lines(event); lines.next();) {
-    if (!isRead(lines.name())) continue;
+    if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = textOf(lines.line());
+    if (!isParsed(lines.name())) continue;
     hasRule = hasRule || equalsIgnoringCase(lines.name(), "RRULE");
     text_ += lines.line();
     text_ += "\r\n";
@@ -94,7 +94,6 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     return;
   }
 
-  ICalEntry entry;
   if (!readTimes(component.get(), entry)) {
     report("the event has no DTSTART that can be understood and is left out");
     return;
@@ -105,9 +104,6 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     entry.uid = std::string(source_) + "#" + std::to_string(++anonymous);
   }
   entry.uidHash = std::hash<std::string>()(entry.uid);
-  if (icalproperty* summary = icalcomponent_get_first_property(component.get(), ICAL_SUMMARY_PROPERTY)) {
-    if (const char* title = icalproperty_get_summary(summary)) entry.title = title;
-  }
   entry.status = statusOf(component.get());
   entry.sequence = icalcomponent_get_sequence(component.get());
   readRecurrenceId(component.get(), entry);
@@ -166,6 +162,7 @@ void ObjectReader::readLength(icalcomponent* event, ICalEntry& entry) {
     entry.allDay = start.isDate = false;
     if (end->isDate) *end = {end->wall, start.zone, false};
     entry.length.end = inZoneOf(start, *end);
+    if (start.zone == nullptr) start.zone = end->zone;
     return;
   }
   icalproperty* property = icalcomponent_get_first_property(event, ICAL_DURATION_PROPERTY);

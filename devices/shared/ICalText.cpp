@@ -105,8 +105,8 @@ class Splitter {
 }  // namespace
 
 bool equalsIgnoringCase(std::string_view text, std::string_view other) {
-  return std::equal(text.begin(), text.end(), other.begin(), other.end(),
-                    [](char a, char b) { return lowered(a) == lowered(b); });
+  return text.size() == other.size() &&
+         std::equal(text.begin(), text.end(), other.begin(), [](char a, char b) { return lowered(a) == lowered(b); });
 }
 
 std::vector<ICalObject> splitICalText(std::string_view text, const ICalProblem& problem) {

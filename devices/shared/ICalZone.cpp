@@ -12,6 +12,8 @@ namespace {
 
 constexpr WallTime kRulesFrom = dayNumber(1950, 1, 1) * kSecondsPerDay;
 constexpr WallTime kRulesTo = dayNumber(2150, 1, 1) * kSecondsPerDay;
+/// A zone that still changes its clock here does so by a rule without end.
+constexpr WallTime kEndless = dayNumber(2148, 1, 1) * kSecondsPerDay;
 /// Enough for ten rules over 200 years; no real zone comes near.
 constexpr std::int64_t kWorkPerZone = 200'000;
 
@@ -22,14 +24,17 @@ struct Transition {
 
 class ICalZone : public TimeZone {
  public:
-  /// `transitions` is ordered and not empty.
-  ICalZone(std::string name, std::vector<Transition> transitions)
-      : name_(std::move(name)), transitions_(std::move(transitions)) {}
+  /// `transitions` is ordered and not empty. `others`, if there is one, is followed before the first transition and,
+  /// unless `endless`, from the last one on.
+  ICalZone(std::string name, std::vector<Transition> transitions, bool endless, std::shared_ptr<const TimeZone> others)
+      : name_(std::move(name)), transitions_(std::move(transitions)), endless_(endless), others_(std::move(others)) {}
 
   const std::string& name() const override { return name_; }
 
   std::int64_t offsetAt(std::int64_t utc) const override {
     const auto next = firstAfter(utc);
+    const bool known = next != transitions_.begin() && (endless_ || next != transitions_.end());
+    if (!known && others_) return others_->offsetAt(utc);
     return next == transitions_.begin() ? next->offsetBefore : std::prev(next)->offset;
   }
 
@@ -44,7 +49,8 @@ class ICalZone : public TimeZone {
     const std::int64_t utc = utcFromLocal(localMidnight);
     if (localFromUtc(utc) == localMidnight) return utc;
     // The clock jumped over midnight: the day begins with the jump.
-    return std::prev(firstAfter(utc))->utc;
+    const auto next = firstAfter(utc);
+    return next == transitions_.begin() ? utc : std::prev(next)->utc;
   }
 
  private:
@@ -56,6 +62,8 @@ class ICalZone : public TimeZone {
 
   std::string name_;
   std::vector<Transition> transitions_;
+  bool endless_;
+  std::shared_ptr<const TimeZone> others_;
 };
 
 /// The offset that a property of the observance gives; absent when it does not.
@@ -92,7 +100,7 @@ bool appendTransitions(icalcomponent* observance, WorkBudget& budget, std::vecto
 
 }  // namespace
 
-std::shared_ptr<const TimeZone> zoneOf(icalcomponent* vtimezone) {
+std::shared_ptr<const TimeZone> zoneOf(icalcomponent* vtimezone, std::shared_ptr<const TimeZone> wellKnown) {
   icalproperty* identifier = icalcomponent_get_first_property(vtimezone, ICAL_TZID_PROPERTY);
   if (identifier == nullptr) return nullptr;
   WorkBudget budget(kWorkPerZone);
@@ -106,7 +114,10 @@ std::shared_ptr<const TimeZone> zoneOf(icalcomponent* vtimezone) {
   if (transitions.empty()) return nullptr;
   std::sort(transitions.begin(), transitions.end(),
             [](const Transition& a, const Transition& b) { return a.utc < b.utc; });
-  return std::make_shared<ICalZone>(icalproperty_get_tzid(identifier), std::move(transitions));
+  const bool hasDaylight = icalcomponent_get_first_component(vtimezone, ICAL_XDAYLIGHT_COMPONENT) != nullptr;
+  const bool endless = !hasDaylight || transitions.back().utc > kEndless;
+  return std::make_shared<ICalZone>(icalproperty_get_tzid(identifier), std::move(transitions), endless,
+                                    std::move(wellKnown));
 }
 
 }  // namespace hushmode::devices

@@ -29,7 +29,7 @@ const ICalZones::Definition& ICalZones::defined(std::string_view component) {
   if (!parsed || icalcomponent_isa(parsed.get()) != ICAL_VTIMEZONE_COMPONENT) return definition;
   if (icalproperty* identifier = icalcomponent_get_first_property(parsed.get(), ICAL_TZID_PROPERTY)) {
     definition.identifier = icalproperty_get_tzid(identifier);
-    definition.zone = zoneOf(parsed.get());
+    definition.zone = zoneOf(parsed.get(), wellKnownZone(definition.identifier));
   }
   return definition;
 }
