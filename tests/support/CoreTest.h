@@ -1,13 +1,9 @@
 #pragma once
 
-#include "devices/simulated/SimulatedPhone.h"
-#include "model/HMProfile.h"
-#include "platform/Process.h"
+#include "platform/Date.h"
+#include "tests/support/PhoneFixture.h"
 
 #include <chrono>
-#include <gtest/gtest.h>
-#include <initializer_list>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,8 +12,7 @@ namespace hushmode {
 
 using Texts = std::vector<std::string>;
 
-/// An instant given as local time in Berlin on a day in summer, two hours ahead of UTC: a mix-up of local time and UTC
-/// shows.
+/// An instant given as local time in Berlin on a day in the summer of 2024.
 inline platform::Date berlinSummer(int month, int day, int hour = 0, int minute = 0, double second = 0) {
   using namespace std::chrono;
   const sys_days midnight = year(2024) / month / day;
@@ -25,48 +20,28 @@ inline platform::Date berlinSummer(int month, int day, int hour = 0, int minute 
                         second);
 }
 
-/// The same on 14 May 2024, the day on which every test begins.
+/// The same on 14 May 2024, the day on which the tests begin.
 inline platform::Date today(int hour, int minute = 0, double second = 0) {
   return berlinSummer(5, 14, hour, minute, second);
 }
 
-/// A simulated phone in Berlin, at half past eight in the morning of 14 May 2024, and a host process on it.
-class CoreTest : public testing::Test {
+/// A phone in Berlin, on 14 May 2024 at ten in the morning: two hours ahead of UTC, so that a mix-up of local time and
+/// UTC shows.
+class CoreTest : public PhoneFixture {
  protected:
-  CoreTest() : phone(today(8, 30), devices::TimeZone::named("Europe/Berlin")), process(std::in_place, phone) {}
+  CoreTest() { phone.foundation().setTimeZone(devices::TimeZone::named("Europe/Berlin")); }
 
-  /// The record's lines since the last `forget`, of the given kinds; of all kinds when none is given.
-  Texts recorded(std::initializer_list<std::string_view> kinds = {}) {
-    Texts texts;
-    for (const devices::RecordEntry& entry : phone.record().entries()) {
-      if (kinds.size() == 0 || std::find(kinds.begin(), kinds.end(), entry.kind) != kinds.end()) {
-        texts.push_back(entry.text());
-      }
-    }
-    return texts;
-  }
-  void forget() { phone.record().clear(); }
-
-  /// The log lines since the last `forget`, as "Information 286 method message".
-  Texts logged() {
+  /// The log lines in the record, as "information 286 method: message", with the levels' names in the record.
+  Texts logged() const {
     Texts lines;
     for (const devices::RecordEntry& entry : phone.record().entries()) {
       if (entry.kind != devices::kind::log) continue;
-      const auto field = [&](std::string_view key) { return *entry.fields.find(key); };
-      lines.push_back(*field("level").as<std::string>() + " " + std::to_string(*field("line").as<std::int64_t>()) +
-                      " " + *field("method").as<std::string>() + " " + *field("message").as<std::string>());
+      const auto text = [&](std::string_view key) { return *entry.fields.find(key)->as<std::string>(); };
+      lines.push_back(text("level") + " " + std::to_string(*entry.fields.find("line")->as<std::int64_t>()) + " " +
+                      text("method") + " " + text("message"));
     }
     return lines;
   }
-
-  /// The host dies and is started again, on the same phone.
-  void restartProcess() {
-    process.reset();
-    process.emplace(phone);
-  }
-
-  devices::SimulatedPhone phone;
-  std::optional<platform::Process> process;
 };
 
 }  // namespace hushmode
