@@ -8,6 +8,7 @@
 #include "apps/simulation/TimeText.h"
 #include "devices/shared/CalendarFolder.h"
 
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <memory>
@@ -45,13 +46,21 @@ void printJson(const devices::CalendarInfo& calendar, const CalendarOccurrence& 
 }
 
 std::string spanText(const CalendarOccurrence& each, const devices::TimeZone& zone) {
-  if (each.details->allDay) return "all day       ";
+  if (each.details->allDay) return "all day";
   return simulation::clockTime(each.start, zone).substr(0, 5) + " to " +
          simulation::clockTime(each.end, zone).substr(0, 5);
 }
 
+/// The days that an occurrence of several takes, else nothing.
+std::string daysText(const CalendarOccurrence& each, const devices::TimeZone& zone) {
+  const double lastInstant = std::max(each.end.secondsSince1970() - 1, each.start.secondsSince1970());
+  const std::string first = simulation::isoTime(each.start, zone).substr(0, 10);
+  const std::string last = simulation::isoTime(platform::Date(lastInstant), zone).substr(0, 10);
+  return first == last ? "" : " (" + first + " to " + last + ")";
+}
+
 void printForPeople(const std::vector<devices::CalendarInfo>& calendars, const std::vector<CalendarOccurrence>& found,
-                    const devices::TimeZone& zone) {
+                    platform::Date from, const devices::TimeZone& zone) {
   const Terminal terminal = Terminal::of(STDOUT_FILENO);
   std::size_t calendarColumns = 0;
   for (const CalendarOccurrence& each : found) {
@@ -59,13 +68,13 @@ void printForPeople(const std::vector<devices::CalendarInfo>& calendars, const s
   }
   std::string day;
   for (const CalendarOccurrence& each : found) {
-    const std::string heading = simulation::dayHeading(each.start, zone);
+    const std::string heading = simulation::dayHeading(std::max(each.start, from), zone);
     if (heading != day) std::cout << (day.empty() ? "" : "\n") << terminal.styled(heading, Style::Bold) << '\n';
     day = heading;
     const auto status = each.details->status;
     std::cout << "  " << padded(spanText(each, zone), 14) << "  "
               << terminal.styled(padded(harmless(calendars[each.calendar].title), calendarColumns), Style::Dim) << "  "
-              << harmless(each.details->title.value_or("(no title)"));
+              << harmless(each.details->title.value_or("(no title)")) << daysText(each, zone);
     if (status == platform::EKEventStatus::Tentative || status == platform::EKEventStatus::Canceled) {
       std::cout << terminal.styled(" (" + std::string(statusName(status)) + ")", Style::Yellow);
     }
@@ -88,7 +97,7 @@ int listEvents(const Options& options) {
   folder.rescan();
   const auto found = folder.occurrences(span.from, span.to, *span.zone);
   if (!options.json) {
-    printForPeople(folder.calendars(), found, *span.zone);
+    printForPeople(folder.calendars(), found, span.from, *span.zone);
     return Done;
   }
   for (const CalendarOccurrence& each : found) printJson(folder.calendars()[each.calendar], each, *span.zone);

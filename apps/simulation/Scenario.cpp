@@ -4,6 +4,7 @@
 #include "apps/simulation/TimeText.h"
 #include "devices/shared/PropertyListFile.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -50,6 +51,11 @@ std::string machineZoneName() {
   return place == std::string::npos ? "UTC" : target.substr(place + folder.size());
 }
 
+/// The last instant before the next local midnight, so that nothing of the next day happens any more.
+Date endOfLocalDay(Date date, const TimeZone& zone) {
+  return Date(std::nextafter(beginningOfLocalDay(date, zone, 1).secondsSince1970(), 0));
+}
+
 void readCalendars(const JsonReader& json, const fs::path& base, Scenario& scenario) {
   if (json.json().is_string()) {
     scenario.calendarFolder = existingFolder(base / json.text());
@@ -92,8 +98,12 @@ std::shared_ptr<const TimeZone> zoneNamed(const std::optional<std::string>& name
 }
 
 platform::Array readProfiles(const fs::path& file) {
-  const auto content = devices::readPropertyList(file);
-  if (!content.value) throw InputError(content.error);
+  using State = devices::PropertyListFileContent::State;
+  const auto content = devices::PropertyListFile(file.string()).read();
+  if (content.state == State::Missing) {
+    throw InputError(file.string() + ": no such file; expected a property list of profiles");
+  }
+  if (content.state == State::Unreadable) throw InputError(content.error);
   if (const auto* array = content.value->as<platform::Array>()) return *array;
   throw InputError(file.string() + ": top level: expected an array of profiles");
 }
@@ -108,12 +118,8 @@ void setSpan(Scenario& scenario, const std::optional<std::string>& from, const s
     return *time;
   };
   scenario.from = from ? parse(*from, "from") : beginningOfLocalDay(today, *scenario.zone);
-  if (!to) {
-    scenario.to = beginningOfLocalDay(scenario.from, *scenario.zone, 1);
-  } else {
-    scenario.to = parse(*to, "to");
-    if (isDateOnly(*to)) scenario.to = beginningOfLocalDay(scenario.to, *scenario.zone, 1);
-  }
+  if (to) scenario.to = parse(*to, "to");
+  if (!to || isDateOnly(*to)) scenario.to = endOfLocalDay(to ? scenario.to : scenario.from, *scenario.zone);
   if (scenario.to < scenario.from) {
     throw InputError("to: " + *to + " is before from" + (from ? " (" + *from + ")" : ""));
   }

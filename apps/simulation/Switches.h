@@ -26,7 +26,7 @@ std::string differenceText(const PhoneState& before, const PhoneState& after);
 
 /// A profile that went on or off.
 struct Switch {
-  platform::Date at;
+  platform::Date at{0};
   std::string profile;
   std::int64_t identifier = 0;
   bool on = false;
