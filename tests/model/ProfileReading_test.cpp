@@ -131,7 +131,7 @@ TEST_F(ProfileReading, NarrowsVolumesToSinglePrecision) {
   }
 }
 
-TEST_F(ProfileReading, KeepsAFilterOutOfRangeUntilItIsAskedFor) {
+TEST_F(ProfileReading, TakesAFilterOutOfRangeAsZero) {
   const auto profile = read({{"identifier", 42}, {"applyProfileEventStatus", 9}});
   EXPECT_EQ(profile->applyProfileEventStatus(), 0);
 }

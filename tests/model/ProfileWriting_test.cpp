@@ -94,7 +94,9 @@ TEST_F(ProfileWriting, WritesEachFlagUnderItsOwnKey) {
     const auto profile = fullProfile();
     (profile.get()->*flag.set)(true);
     for (const auto& [key, value] : profile->dictionaryRepresentation()) {
-      if (const bool* set = value.as<bool>()) EXPECT_EQ(*set, key == flag.key) << key;
+      if (value.as<bool>()) {
+        EXPECT_EQ(value, Value(key == flag.key)) << key;
+      }
     }
   }
 }
