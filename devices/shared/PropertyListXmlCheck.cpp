@@ -65,9 +65,8 @@ class XmlCheck {
   };
 
   [[noreturn]] void fail(std::size_t at, std::string text) const { throw Fault{at, std::move(text)}; }
-  [[noreturn]] void failEnding() const {
-    fail(text_.size(),
-         "expected </" + (open_.empty() ? "plist" : std::string(open_.back().name)) + ">, found the end of the file");
+  [[noreturn]] void failEnding(std::string_view name) const {
+    fail(text_.size(), "expected </" + std::string(name) + ">, found the end of the file");
   }
 
   std::string_view rest() const { return text_.substr(at_); }
@@ -125,7 +124,7 @@ void XmlCheck::skipProlog() {
 
 Tag XmlCheck::nextTag() {
   const std::size_t start = at_;
-  if (start == text_.size()) failEnding();
+  if (start == text_.size()) failEnding(open_.empty() ? "plist" : open_.back().name);
   if (text_[start] != '<') {
     const std::size_t end = next(start, [](char c) { return c == '<' || isSpace(c); });
     fail(start, "expected a tag, found " + quoted(text_.substr(start, end - start)));
@@ -147,6 +146,7 @@ Tag XmlCheck::nextTag() {
 
 void XmlCheck::closing(const Tag& tag) {
   if (tag.kind == Tag::Kind::Empty) return;
+  if (at_ == text_.size()) failEnding(tag.name);
   const Tag end = nextTag();
   if (end.kind != Tag::Kind::Closing || end.name != tag.name) {
     fail(end.at, "expected </" + std::string(tag.name) + ">, found " + written(end));

@@ -168,7 +168,7 @@ TEST(PropertyListCodec, SaysWhereXmlIsWrongAndWhatWasExpected) {
       {" \n\n", "line 3: expected <plist>, found the end of the file"},
       {"profiles", "line 1: expected a tag, found \"profiles\""},
       {"<true/>", "line 1: expected <plist>, found <true/>"},
-      {"<plist", "line 1: expected > at the end of the tag"},
+      {"<plist", "line 1: expected > after <plist"},
       {"<!-- ", "line 1: expected -->, found the end of the file"},
       {"<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><true/></plist>",
        "line 1: expected > at the end of <!DOCTYPE, found ["},
