@@ -65,7 +65,7 @@ class Record {
 
   const std::vector<RecordEntry>& entries() const { return entries_; }
   void clear() { entries_.clear(); }
-  /// Called with each entry as it is appended, from the thread that appends. Empty for none.
+  /// Called with each entry as it is appended, from the thread that appends; it must not append itself. Empty for none.
   void setListener(Listener listener) { listener_ = std::move(listener); }
   /// Whether entries are kept, or only handed to the listener: a simulated year makes some 300,000. True at first.
   void setKeepsEntries(bool keeps) { keepsEntries_ = keeps; }

@@ -31,8 +31,6 @@ SimulatedPhone::SimulatedPhone(platform::Date start, std::shared_ptr<const TimeZ
 
 void SimulatedPhone::processEnded() {
   record_.step("process ended");
-  // Queued work first: what it held may call back, and shall find nothing to be queued for.
-  time_.clear();
   wakeTimers_.processEnded();
   foundation_.processEnded();
   calendars_.processEnded();
@@ -41,6 +39,8 @@ void SimulatedPhone::processEnded() {
   statusBar_.processEnded();
   uiKit_.processEnded();
   alarms_.processEnded();
+  // Last: what ends above may queue work from its destructor.
+  time_.clear();
 }
 
 void SimulatedPhone::jumpClockTo(platform::Date date) {

@@ -49,7 +49,7 @@ class VirtualTime {
   /// Runs what is due until the wall clock shows `limit`, and leaves it there; what is due at `limit` itself runs. A
   /// `limit` that has passed runs what is due now. An exception thrown by a piece of work leaves through here; the
   /// piece is gone, all else is still queued, and the clock stands at the piece's time. Throws std::logic_error when
-  /// called from a piece of work, and std::runtime_error when a million pieces have run at one instant.
+  /// called from a piece of work, and std::runtime_error when a hundred thousand pieces have run at one instant.
   void runUntil(platform::Date limit);
   /// The same for a span of uptime.
   void runFor(double seconds);

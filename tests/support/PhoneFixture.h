@@ -28,6 +28,11 @@ class PhoneFixture : public ::testing::Test {
     setMasterSwitch(true);
     process_.emplace(phone);
   }
+  /// The process ends; whoever listened from the test is gone by now.
+  ~PhoneFixture() override {
+    phone.record().setListener({});
+    phone.time().setOnStep({});
+  }
 
   /// The instant at which the phone's clock shows "HH:MM" or "HH:MM:SS" (with a fraction, if need be) on the day that
   /// it shows now.
