@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Date.h"
-#include "platform/Export.h"
 
 namespace hushmode {
 
@@ -12,7 +11,7 @@ namespace hushmode {
 ///  opens);
 ///  3. it lies inside the window and has not ended;
 ///  4. it starts after or with the window's start and ends after or with its end (also after the window has closed).
-HUSHMODE_API bool eventMeetsWindow(platform::Date eventStart, platform::Date eventEnd, platform::Date windowStart,
+bool eventMeetsWindow(platform::Date eventStart, platform::Date eventEnd, platform::Date windowStart,
                                    platform::Date windowEnd, platform::Date now);
 
 }  // namespace hushmode

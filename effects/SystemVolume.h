@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Export.h"
 #include "platform/SpringBoard.h"
 
 #include <memory>
@@ -9,7 +8,7 @@ namespace hushmode {
 
 /// `start` after a single-precision value was written over its low 32 bits: what a volume reads as where the variable
 /// is a double and the reader writes a float. For a start of 0.1 the result stays within 0.0000001 of it.
-HUSHMODE_API double overwrittenByFloat(double start, float reading);
+double overwrittenByFloat(double start, float reading);
 
 /// The general volume, as the effects see it. With the class "AVController": its volume. Otherwise the "Volume"
 /// category, read into a double that holds 0.1, of which the reading overwrites the low half: so practically always

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Date.h"
-#include "platform/Export.h"
 
 #include <optional>
 
@@ -20,12 +19,12 @@ struct Window {
 ///  C: lies inside the window and has not ended;
 ///  D: starts after or with the window's start and ends after or with its end (no test for an end: whoever lists the
 ///     events only lists those that meet the window).
-HUSHMODE_API bool qualifiesAtOnce(platform::Date eventStart, platform::Date eventEnd,
+bool qualifiesAtOnce(platform::Date eventStart, platform::Date eventEnd,
                                   const std::optional<Window>& window, platform::Date now);
 
 /// Whether, while nothing qualified at once, an event takes the place of the best so far (`bestStart`; none yet): it
 /// must start at or after now, and at or before the best. So the earliest wins and, among equals, the last.
-HUSHMODE_API bool startsNext(platform::Date eventStart, const std::optional<platform::Date>& bestStart,
+bool startsNext(platform::Date eventStart, const std::optional<platform::Date>& bestStart,
                              platform::Date now);
 
 /// Whether the chosen event is dropped in the end. The condition is inverted, and that is meant: an all-day event is

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Date.h"
-#include "platform/Export.h"
 
 #include <cstdint>
 #include <optional>
@@ -11,7 +10,7 @@ namespace hushmode {
 
 /// Seconds truncated toward zero to 32 bits; beyond them the nearest bound. Thresholds compare these integers, so the
 /// band around a start is open at -5 and at 10 seconds, and the band around an end at -5 and at 1.
-HUSHMODE_API std::int64_t wholeSeconds(double seconds);
+std::int64_t wholeSeconds(double seconds);
 
 /// Whether a start counts as now: from 4 seconds ago to 9 ahead.
 constexpr bool isStartNow(std::int64_t secondsToStart) { return secondsToStart > -5 && secondsToStart < 10; }
@@ -21,7 +20,7 @@ constexpr bool isEndNow(std::int64_t secondsToEnd) { return secondsToEnd > -5 &&
 enum class Switch { On, Off, Leave };
 
 /// A timed profile on one of its networks, by its window's bounds.
-HUSHMODE_API Switch switchOnNetwork(std::int64_t secondsToStart, std::int64_t secondsToEnd, bool profileApplied);
+Switch switchOnNetwork(std::int64_t secondsToStart, std::int64_t secondsToEnd, bool profileApplied);
 
 struct FollowedEvent {
   std::int64_t secondsToStart = 0, secondsToEnd = 0;
@@ -31,14 +30,14 @@ struct FollowedEvent {
 };
 
 /// A profile by the event that it follows.
-HUSHMODE_API Switch switchByEvent(const FollowedEvent& event);
+Switch switchByEvent(const FollowedEvent& event);
 
 /// When an applied profile is to be reverted: the event's end, but not later than the window's (`windowEnd`; none for
 /// an all-day profile, whose event may end tomorrow). None without an event.
-HUSHMODE_API std::optional<platform::Date> revertDate(const std::optional<platform::Date>& eventEnd,
+std::optional<platform::Date> revertDate(const std::optional<platform::Date>& eventEnd,
                                                       const std::optional<platform::Date>& windowEnd);
 
 /// The window's next bound: its start while that is ahead, else its end.
-HUSHMODE_API platform::Date nextBoundary(platform::Date windowStart, platform::Date windowEnd, platform::Date now);
+platform::Date nextBoundary(platform::Date windowStart, platform::Date windowEnd, platform::Date now);
 
 }  // namespace hushmode

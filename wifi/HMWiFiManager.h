@@ -57,6 +57,6 @@ class HUSHMODE_API HMWiFiManager final : public platform::Object {
 HUSHMODE_API std::optional<std::string> networkName(const platform::Dictionary& network);
 
 /// The place in `known` of the network joined last; none when the list is empty.
-HUSHMODE_API std::optional<std::size_t> lastJoinedIndex(const std::vector<platform::Dictionary>& known);
+std::optional<std::size_t> lastJoinedIndex(const std::vector<platform::Dictionary>& known);
 
 }  // namespace hushmode

@@ -109,10 +109,12 @@ int listEvents(const Options& options) {
 void addEventsCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("events", "List the events in a folder of calendars, repeats included");
-  command->add_option("--calendars", options->calendars, "A folder of iCalendar files")->required();
-  command->add_option("--from", options->from, "When to begin")->required();
-  command->add_option("--to", options->to, "When to end; a day means its end")->required();
-  command->add_option("--zone", options->zone, "The local time zone, such as Europe/Berlin");
+  command->add_option("--calendars", options->calendars, "A folder of iCalendar files")
+      ->required()
+      ->type_name("FOLDER");
+  command->add_option("--from", options->from, "When to begin")->required()->type_name("TIME");
+  command->add_option("--to", options->to, "When to end; a day means its end")->required()->type_name("TIME");
+  command->add_option("--zone", options->zone, "The local time zone, such as Europe/Berlin")->type_name("ZONE");
   command->add_flag("--json", options->json, "Print one JSON object a line");
   command->footer(
       "Example:\n"

@@ -100,13 +100,14 @@ void addSimulateCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command =
       program.add_subcommand("simulate", "Play profiles and calendars on a phone in memory and show every switch");
-  command->add_option("SCENARIO", options->scenario, "A scenario file (JSON)");
-  command->add_option("--profiles", options->given.profiles, "The profiles, a property-list file");
-  command->add_option("--calendars", options->given.calendars, "A folder of iCalendar files");
-  command->add_option("--from", options->given.from, "When to begin (without a scenario: today at midnight)");
-  command->add_option("--to", options->given.to,
-                      "When to end; a day means its end (without: the end of the first day)");
-  command->add_option("--zone", options->given.zone, "The phone's time zone, such as Europe/Berlin");
+  command->add_option("SCENARIO", options->scenario, "A scenario file (JSON)")->type_name("FILE");
+  command->add_option("--profiles", options->given.profiles, "The profiles, a property-list file")->type_name("FILE");
+  command->add_option("--calendars", options->given.calendars, "A folder of iCalendar files")->type_name("FOLDER");
+  command->add_option("--from", options->given.from, "When to begin (without a scenario: today at midnight)")
+      ->type_name("TIME");
+  command->add_option("--to", options->given.to, "When to end; a day means its end (without: the end of the first day)")
+      ->type_name("TIME");
+  command->add_option("--zone", options->given.zone, "The phone's time zone, such as Europe/Berlin")->type_name("ZONE");
   command->add_flag("-v,--verbose", options->verbose, "Show the decisions, too");
   command->add_flag("--json", options->json, "Print the whole record as JSON lines");
   command->footer(

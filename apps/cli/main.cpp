@@ -3,8 +3,27 @@
 
 #include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
 using namespace hushmode;
+
+namespace {
+
+/// A first word that is no command, told with the nearest one.
+void requireKnownCommand(const CLI::App& program, int argc, char** argv) {
+  if (argc < 2 || argv[1][0] == '-') return;
+  std::vector<std::string> known;
+  for (const CLI::App* command : program.get_subcommands({})) {
+    if (command->get_name() == argv[1]) return;
+    known.push_back(command->get_name());
+  }
+  const std::string near = simulation::nearestOf(argv[1], known);
+  throw simulation::InputError("\"" + std::string(argv[1]) + "\" is no command" +
+                               (near.empty() ? "; see hushmode --help" : "; did you mean \"" + near + "\"?"));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
@@ -18,6 +37,7 @@ int main(int argc, char** argv) {
   cli::addSimulateCommand(program, chosen);
   cli::addEventsCommand(program, chosen);
   try {
+    requireKnownCommand(program, argc, argv);
     program.parse(argc, argv);
     const int code = chosen();
     std::cout.flush();

@@ -4,7 +4,6 @@
 #include "apps/simulation/TimeText.h"
 #include "devices/shared/PropertyListFile.h"
 
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -51,14 +50,22 @@ std::string machineZoneName() {
   return place == std::string::npos ? "UTC" : target.substr(place + folder.size());
 }
 
-/// The last instant before the next local midnight, so that nothing of the next day happens any more.
-Date endOfLocalDay(Date date, const TimeZone& zone) {
-  return Date(std::nextafter(beginningOfLocalDay(date, zone, 1).secondsSince1970(), 0));
+/// A millisecond before the next local midnight, so that nothing of the next day happens any more.
+Date endOfLocalDay(Date date, const TimeZone& zone) { return beginningOfLocalDay(date, zone, 1).addingSeconds(-0.001); }
+
+/// Runs `read` and gives whatever it complains of the place in the scenario that led to it.
+template <class Read>
+auto readAt(const JsonReader& json, Read read) {
+  try {
+    return read();
+  } catch (const InputError& error) {
+    json.fail(error.what());
+  }
 }
 
 void readCalendars(const JsonReader& json, const fs::path& base, Scenario& scenario) {
   if (json.json().is_string()) {
-    scenario.calendarFolder = existingFolder(base / json.text());
+    scenario.calendarFolder = readAt(json, [&] { return existingFolder(base / json.text()); });
     return;
   }
   for (const JsonReader& each : json.elements()) {
@@ -82,7 +89,7 @@ void readCalendars(const JsonReader& json, const fs::path& base, Scenario& scena
 
 void readProfileList(const JsonReader& json, const fs::path& base, Scenario& scenario) {
   if (json.json().is_string()) {
-    scenario.profiles = readProfiles(base / json.text());
+    scenario.profiles = readAt(json, [&] { return readProfiles(base / json.text()); });
     return;
   }
   for (const JsonReader& each : json.elements()) scenario.profiles.emplace_back(readDictionary(each));

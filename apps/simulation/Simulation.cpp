@@ -50,6 +50,8 @@ Simulation::Simulation(Scenario scenario, Audience audience)
 }
 
 Simulation::~Simulation() {
+  // The end of the simulation is not the death of the host: nobody hears of it.
+  phone_->record().setListener({});
   phone_->time().setOnStep({});
   host_.reset();
 }
