@@ -200,6 +200,8 @@ void BinaryCheck::ascii(const Object& object) const {
 }
 
 void BinaryCheck::utf16(const Object& object) const {
+  // Writers make an empty text of ASCII; libplist reads no other.
+  if (object.count == 0) fail(object.at, "expected UTF-16 text, found none");
   for (std::size_t i = 0; i < object.count; ++i) {
     const std::size_t at = object.payload + 2 * i;
     const std::uint64_t unit = bigEndian(at, 2);

@@ -82,6 +82,7 @@ class XmlCheck {
   /// Goes behind the next `end`; the text ahead starts with something that only ends there.
   void skipPast(std::string_view end, std::size_t from);
   void skipSpacesAndComments();
+  void requireClosedQuotes(std::size_t from, std::size_t end) const;
   void skipProlog();
 
   Tag nextTag();
@@ -107,8 +108,15 @@ void XmlCheck::skipSpacesAndComments() {
   for (skipSpaces(); rest().starts_with("<!--"); skipSpaces()) skipPast("-->", at_ + 4);
 }
 
+/// libplist does not see the end of a tag inside double quotes; here tags end at their first ">". The two must agree.
+void XmlCheck::requireClosedQuotes(std::size_t from, std::size_t end) const {
+  const std::string_view inside = text_.substr(from, end - from);
+  if (std::count(inside.begin(), inside.end(), '"') % 2 != 0) fail(from, "expected attributes in closed quotes");
+}
+
 void XmlCheck::skipProlog() {
   for (skipSpacesAndComments();; skipSpacesAndComments()) {
+    const std::size_t start = at_;
     if (rest().starts_with("<?")) {
       skipPast("?>", at_ + 2);
     } else if (rest().starts_with("<!DOCTYPE")) {
@@ -119,6 +127,7 @@ void XmlCheck::skipProlog() {
     } else {
       return;
     }
+    requireClosedQuotes(start, at_);
   }
 }
 
@@ -138,8 +147,10 @@ Tag XmlCheck::nextTag() {
     end = next(end, [](char c) { return c == '>' || c == '<' || c == '/'; });  // Attributes are its version.
   const bool empties = !closes && end < text_.size() && text_[end] == '/';
   if (empties) ++end;
-  if (end == text_.size() || text_[end] != '>')
+  if (end == text_.size() || text_[end] != '>') {
     fail(start, "expected > after <" + std::string(closes ? "/" : "") + asXmlText(name));
+  }
+  requireClosedQuotes(nameEnd, end);
   at_ = end + 1;
   return {closes ? Tag::Kind::Closing : empties ? Tag::Kind::Empty : Tag::Kind::Opening, name, start};
 }

@@ -86,6 +86,7 @@ TEST(BinaryPropertyList, SaysWhichByteIsWrongAndWhatWasExpected) {
        {"\x62\x00"
         "a\x00\x00"s},
        "byte 11: expected UTF-16 text without null characters"},
+      {"no UTF-16", {"\x60"}, "byte 8: expected UTF-16 text, found none"},
       {"half a surrogate pair", {"\x61\xD8\x00"s}, "byte 9: expected UTF-16 text, found half a surrogate pair"},
       {"the other half", {"\x61\xDC\x00"s}, "byte 9: expected UTF-16 text, found half a surrogate pair"},
       {"a key that is no text", {"\xD1\x01\x01", "\x09"}, "byte 11: expected a text for a key"},

@@ -156,6 +156,7 @@ TEST(PropertyListCodec, ReadsTheFormsOfXml) {
   };
   for (const auto& c : cases) EXPECT_EQ(parsed(xml(c.text)), c.value) << c.text;
   EXPECT_EQ(parsed("\xEF\xBB\xBF<plist><true/></plist>"), Value(true)) << "a byte-order mark";
+  EXPECT_EQ(parsed("<?xml version='1.0' encoding='UTF-8'?><plist version='1.0'><true/></plist>"), Value(true));
   EXPECT_EQ(parsed("<!DOCTYPE plist SYSTEM \"x.dtd\">\n<!-- a --><plist><true/></plist><!-- b -->"), Value(true));
 }
 
@@ -172,6 +173,9 @@ TEST(PropertyListCodec, SaysWhereXmlIsWrongAndWhatWasExpected) {
       {"<!-- ", "line 1: expected -->, found the end of the file"},
       {"<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><true/></plist>",
        "line 1: expected > at the end of <!DOCTYPE, found ["},
+      {"<?xml version=\"1.0?><plist><true/></plist>", "line 1: expected attributes in closed quotes"},
+      {"<!DOCTYPE plist \"><plist><true/></plist>", "line 1: expected attributes in closed quotes"},
+      {"<plist version=\"><true/></plist>", "line 1: expected attributes in closed quotes"},
       {"<plist/>", "line 1: expected <plist>, found <plist/>"},
       {"<plist>\n<array>\n<true/>\n", "line 4: expected </array>, found the end of the file"},
       {"<plist>\n<true/>\n", "line 3: expected </plist>, found the end of the file"},
