@@ -1,7 +1,7 @@
 #include "devices/shared/ICalProperty.h"
 
-#include <algorithm>
-#include <iterator>
+#include "devices/shared/ICalText.h"
+
 #include <span>
 
 namespace hushmode::devices {
@@ -63,14 +63,7 @@ ICalComponentPointer parsedComponent(const std::string& text) {
 }
 
 std::string textOf(std::string_view line) {
-  // The value begins behind the first colon that is not in a quoted parameter.
-  bool quoted = false;
-  const auto colon = std::find_if(line.begin(), line.end(), [&](char c) {
-    if (c == '"') quoted = !quoted;
-    return c == ':' && !quoted;
-  });
-  if (colon == line.end()) return {};
-  const std::string escaped(std::next(colon), line.end());
+  const std::string escaped(line.substr(valueBegin(line)));
   const std::unique_ptr<icalvalue, decltype(&icalvalue_free)> value(
       icalvalue_new_from_string(ICAL_TEXT_VALUE, escaped.c_str()), icalvalue_free);
   const char* text = value ? icalvalue_get_text(value.get()) : nullptr;

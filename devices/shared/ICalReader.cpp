@@ -17,6 +17,16 @@ using platform::EKEventStatus;
 constexpr std::array<std::string_view, 10> kPropertiesParsed{"UID",   "DTSTART", "DTEND",  "DURATION",      "STATUS",
                                                              "RRULE", "RDATE",   "EXDATE", "RECURRENCE-ID", "SEQUENCE"};
 
+constexpr std::size_t kLongestLine = 8'192;
+/// Room for 100,000 exceptions.
+constexpr std::size_t kLargestEvent = 2U << 20;
+
+/// Enough for a COUNT of a year of days; longer ones are counted when they are first asked for.
+constexpr std::int64_t kWorkForCounting = 1'000;
+
+/// What all time zones of a file may cost to describe: more than all zones of the world.
+constexpr std::int64_t kWorkForZones = 20'000'000;
+
 bool isParsed(std::string_view name) {
   return std::any_of(kPropertiesParsed.begin(), kPropertiesParsed.end(),
                      [&](std::string_view parsed) { return equalsIgnoringCase(parsed, name); });
@@ -45,8 +55,9 @@ ICalTime inZoneOf(const ICalTime& start, ICalTime time) {
 /// Reads the events of one VCALENDAR.
 class ObjectReader {
  public:
-  ObjectReader(const ICalObject& object, std::string_view source, ICalZones& zones, const ICalProblem& problem)
-      : source_(source), problem_(problem), zones_(object.timeZones, zones, problem) {
+  ObjectReader(const ICalObject& object, std::string_view source, ICalZones& zones, WorkBudget& zoneWork,
+               const ICalProblem& problem)
+      : source_(source), problem_(problem), zones_(object.timeZones, zones, zoneWork, problem) {
     // What floats in a calendar that names its zone is meant in that zone.
     if (!object.timeZoneName.empty()) floatingZone_ = zones_.resolve(object.timeZoneName);
   }
@@ -56,6 +67,7 @@ class ObjectReader {
   std::vector<std::shared_ptr<const TimeZone>> takeZones() { return zones_.takeZones(); }
 
  private:
+  void appendLine(std::string_view line, std::string_view name);
   std::optional<ICalTime> timeOf(icalproperty* property, const icaltimetype& value);
   std::optional<ICalTime> timeOf(icalcomponent* event, icalproperty_kind kind);
   bool readTimes(icalcomponent* event, ICalEntry& entry);
@@ -84,10 +96,13 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = textOf(lines.line());
     if (!isParsed(lines.name())) continue;
     hasRule = hasRule || equalsIgnoringCase(lines.name(), "RRULE");
-    text_ += lines.line();
-    text_ += "\r\n";
+    appendLine(lines.line(), lines.name());
   }
   text_ += "END:VEVENT\r\n";
+  if (text_.size() > kLargestEvent) {
+    report("the event is larger than any real one and is left out");
+    return;
+  }
   const ICalComponentPointer component = parsedComponent(text_);
   if (!component || icalcomponent_isa(component.get()) != ICAL_VEVENT_COMPONENT) {
     report("the event cannot be understood and is left out");
@@ -114,6 +129,26 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     }
   }
   file.entries.push_back(std::move(entry));
+}
+
+/// Adds a line to what is parsed. The parser's time grows with the square of a line's length: long lists are cut into
+/// several lines, which mean the same.
+void ObjectReader::appendLine(std::string_view line, std::string_view name) {
+  if (line.size() <= kLongestLine) {
+    text_.append(line).append("\r\n");
+    return;
+  }
+  const std::size_t colon = valueBegin(line) - 1;
+  if (!(equalsIgnoringCase(name, "EXDATE") || equalsIgnoringCase(name, "RDATE")) || colon >= kLongestLine) {
+    report("the " + std::string(name) + " has " + std::to_string(line.size()) + " bytes and is left out");
+    return;
+  }
+  const std::string_view beforeValue = line.substr(0, colon + 1);
+  for (std::string_view values = line.substr(colon + 1); !values.empty();) {
+    const std::size_t end = std::min(values.find(',', std::min(kLongestLine / 2, values.size())), values.size());
+    text_.append(beforeValue).append(values.substr(0, end)).append("\r\n");
+    values.remove_prefix(std::min(end + 1, values.size()));
+  }
 }
 
 /// The time in the zone that its property names. `value` is what libical made of it.
@@ -202,9 +237,12 @@ void ObjectReader::readRepetition(icalcomponent* event, ICalEntry& entry) {
 
 void ObjectReader::readRules(icalcomponent* event, const ICalTime& start, ICalRepetition& repetition) {
   forEachProperty(event, ICAL_RRULE_PROPERTY, [&](icalproperty* property) {
-    if (auto rule = recurrenceRuleOf(icalproperty_get_rrule(property), start)) {
-      repetition.rules.emplace_back(std::move(*rule), start.wall);
-    }
+    auto rule = recurrenceRuleOf(icalproperty_get_rrule(property), start);
+    if (!rule) return;
+    repetition.rules.emplace_back(std::move(*rule), start.wall);
+    // Where the end of a series is known, it is not looked at any more after that.
+    WorkBudget budget(kWorkForCounting);
+    repetition.rules.back().count(budget);
   });
 }
 
@@ -232,12 +270,13 @@ void ObjectReader::readDates(icalcomponent* event, const ICalTime& start, ICalRe
 ICalFile readICalFile(std::string_view text, std::string_view source, ICalZones& zones, const ICalProblem& problem) {
   ICalFile file;
   const std::vector<ICalObject> objects = splitICalText(text, problem);
+  WorkBudget zoneWork(kWorkForZones);
   std::size_t events = 0, anonymous = 0;
   for (const ICalObject& object : objects) events += object.events.size();
   file.entries.reserve(events);
   for (const ICalObject& object : objects) {
     if (file.calendarName.empty()) file.calendarName = object.name;
-    ObjectReader reader(object, source, zones, problem);
+    ObjectReader reader(object, source, zones, zoneWork, problem);
     for (const std::string_view event : object.events) reader.read(event, anonymous, file);
     auto used = reader.takeZones();
     file.zones.insert(file.zones.end(), std::make_move_iterator(used.begin()), std::make_move_iterator(used.end()));

@@ -51,6 +51,11 @@ std::pair<std::int64_t, std::int64_t> weekOfYear(const CivilDay& day, std::int64
   return {week, week + (fourth.lastOfYear() - fourth.number) / 7};
 }
 
+/// Nobody asks for later occurrences.
+constexpr WallTime kLastMomentCounted = dayNumber(10'000, 1, 1) * kSecondsPerDay;
+/// How much is counted at once, and may have to be counted anew when the budget ends in the middle of it.
+constexpr WallTime kLongestCountingStride = 1024 * kSecondsPerDay;
+
 }  // namespace
 
 ICalRecurrence::ICalRecurrence(RecurrenceRule rule, WallTime start)
@@ -92,14 +97,17 @@ bool ICalRecurrence::expand(WallTime from, WallTime to, WorkBudget& budget, std:
   return collect({from, to}, budget, occurrences) && complete;
 }
 
+void ICalRecurrence::count(WorkBudget& budget) {
+  if (rule_.count > 0) countThrough(rule_.until.value_or(kLastMomentCounted), budget);
+}
+
 /// Counts on to `to`. Once the last occurrence of the COUNT is known, it is the rule's UNTIL, and there is nothing left
 /// to count.
 bool ICalRecurrence::countThrough(WallTime to, WorkBudget& budget) {
-  const WallTime stride = kSecondsPerDay * (isSubDaily() ? 8 : 366);
+  WallTime stride = kSecondsPerDay * (isSubDaily() ? 1 : 32);
   std::vector<WallTime> occurrences;
-  while (countedBefore_ <= to) {
+  for (; countedBefore_ <= to; stride = std::min(stride * 2, kLongestCountingStride)) {
     occurrences.clear();
-    // Only the end of the stride can change what it holds: the part beyond `to` is counted as well.
     const WallTime end = countedBefore_ + stride - 1;
     const bool complete = collect({countedBefore_, end}, budget, occurrences);
     const auto missing = static_cast<std::size_t>(rule_.count - counted_);
@@ -175,7 +183,7 @@ bool ICalRecurrence::appendTimes(std::int64_t day, Span span, WorkBudget& budget
   return forEachIn(rule_.hours, [&](int hour) {
     return forEachIn(rule_.minutes, [&](int minute) {
       return forEachIn(rule_.seconds, [&](int second) {
-        if (!budget.take(WorkBudget::kOccurrence)) return false;
+        if (!budget.take(1)) return false;
         const WallTime time = day * kSecondsPerDay + hour * 3600 + minute * 60 + second;
         if (time >= span.from && time <= span.to) occurrences.push_back(time);
         return true;
@@ -200,7 +208,7 @@ bool ICalRecurrence::appendSubDailyTimes(std::int64_t day, Span span, WorkBudget
     const std::size_t first = occurrences.size();
     const bool complete = forEachIn(unit == 3600 ? rule_.minutes : 1, [&](int minute) {
       return forEachIn(unit >= 60 ? rule_.seconds : 1, [&](int inMinute) {
-        if (!budget.take(WorkBudget::kOccurrence)) return false;
+        if (!budget.take(1)) return false;
         occurrences.push_back(period + minute * 60 + inMinute);
         return true;
       });

@@ -13,7 +13,8 @@ namespace hushmode::devices {
 /// A time on a wall clock, without a zone: seconds since 1970-01-01 00:00 of that clock.
 using WallTime = std::int64_t;
 
-/// How much work the expansion of entries may still cost: a day or moment looked at costs 1, an occurrence more.
+/// How much work the expansion of entries may still cost: a day or moment that a rule looks at costs 1, an occurrence
+/// that comes of it more.
 class WorkBudget {
  public:
   static constexpr std::int64_t kOccurrence = 16;
@@ -61,6 +62,9 @@ class ICalRecurrence {
   /// Appends the occurrences in [from, to], in order, `start` itself only if the rule meets it. Answers false when the
   /// budget ended it early.
   bool expand(WallTime from, WallTime to, WorkBudget& budget, std::vector<WallTime>& occurrences);
+
+  /// Counts a COUNT to its end if the budget allows, and as far as it allows.
+  void count(WorkBudget& budget);
 
   /// No occurrence is later than this. Absent for rules without end, and as long as a COUNT is not counted to its end.
   std::optional<WallTime> last() const { return rule_.until; }

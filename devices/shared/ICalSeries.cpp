@@ -10,8 +10,10 @@ namespace hushmode::devices {
 
 namespace {
 
-/// More than any two clocks of the world are apart.
-constexpr std::int64_t kClocksApart = 2 * kSecondsPerDay;
+/// More than any two clocks of the world are apart: 14 hours one way, 12 the other.
+constexpr std::int64_t kClocksApart = 30 * 3600;
+/// More than a clock is ever set forward or back.
+constexpr std::int64_t kClockChange = 3 * 3600;
 constexpr std::int64_t kForever = std::numeric_limits<std::int64_t>::max() / 4;
 
 /// The end of something that starts at `at`. `start` is where the length was counted from.
@@ -28,10 +30,11 @@ std::int64_t endOf(const ICalTime& at, const ICalTime& start, const ICalLength& 
   return at.instant(local) + (length.end->instant(local) - start.instant(local));
 }
 
-/// At least how long it is, however it is counted, and twice that where it crosses a change of the clock.
+/// More than it lasts, however that is counted.
 std::int64_t lengthBound(const ICalTime& start, const ICalLength& length) {
-  if (length.end) return std::abs(length.end->wall - start.wall) + kClocksApart;
-  return std::abs(length.days * kSecondsPerDay) + std::abs(length.seconds) + kClocksApart;
+  if (!length.end) return std::abs(length.days * kSecondsPerDay) + std::abs(length.seconds) + kClockChange;
+  const bool sameClock = length.end->zone == start.zone;
+  return std::abs(length.end->wall - start.wall) + (sameClock ? kClockChange : kClocksApart);
 }
 
 void append(ICalEntry* entry, const ICalTime& at, const ICalTime& start, const ICalLength& length, std::int64_t from,
@@ -126,7 +129,7 @@ bool ICalSeries::expand(std::int64_t from, std::int64_t to, const TimeZone& loca
 
 bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                                   std::vector<ICalOccurrence>& occurrences) const {
-  const std::int64_t first = from - reach_, last = to + reach_;
+  const WallTime first = from - reach_ - kClocksApart, last = to + reach_ + kClocksApart;
   std::vector<Candidate> candidates;
   const bool complete = collectCandidates(first, last, local, budget, candidates);
 
@@ -173,22 +176,26 @@ std::int64_t ICalSeries::longestReach() const {
   return reach;
 }
 
-bool ICalSeries::collectCandidates(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+bool ICalSeries::collectCandidates(WallTime from, WallTime to, const TimeZone& local, WorkBudget& budget,
                                    std::vector<Candidate>& candidates) const {
   const auto add = [&](const ICalTime& at, const ICalLength* length) {
     candidates.push_back({at.instant(local), at, length});
   };
   const ICalTime& start = entry_->start;
   bool complete = true;
-  if (startOccurs()) add(start, nullptr);
+  if (start.wall >= from && start.wall <= to && startOccurs()) add(start, nullptr);
   if (entry_->repetition) {
     std::vector<WallTime> walls;
     for (ICalRecurrence& rule : entry_->repetition->rules) {
-      complete = rule.expand(from - kClocksApart, to + kClocksApart, budget, walls) && complete;
+      complete = rule.expand(from, to, budget, walls) && complete;
     }
-    for (const WallTime wall : walls) add({wall, start.zone, start.isDate}, nullptr);
-    if (!budget.take(static_cast<std::int64_t>(entry_->repetition->dates.size()))) complete = false;
+    for (const WallTime wall : walls) {
+      if (!budget.take(WorkBudget::kOccurrence)) return false;
+      add({wall, start.zone, start.isDate}, nullptr);
+    }
+    if (!budget.take(static_cast<std::int64_t>(entry_->repetition->dates.size()))) return false;
     for (const ICalRepetition::Date& date : entry_->repetition->dates) {
+      // It may be on another clock than the start, or a date in place of a time.
       if (date.start.wall < from - kClocksApart || date.start.wall > to + kClocksApart) continue;
       add(likeStart(date.start), date.length ? &*date.length : nullptr);
     }

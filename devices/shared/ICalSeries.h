@@ -52,7 +52,7 @@ class ICalSeries {
   std::int64_t longestReach() const;
   bool expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                         std::vector<ICalOccurrence>& occurrences) const;
-  bool collectCandidates(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
+  bool collectCandidates(WallTime from, WallTime to, const TimeZone& local, WorkBudget& budget,
                          std::vector<Candidate>& candidates) const;
   const Replacement* futureReplacementFor(const ICalTime& start) const;
   bool startOccurs() const;

@@ -109,6 +109,15 @@ bool equalsIgnoringCase(std::string_view text, std::string_view other) {
          std::equal(text.begin(), text.end(), other.begin(), [](char a, char b) { return lowered(a) == lowered(b); });
 }
 
+std::size_t valueBegin(std::string_view line) {
+  bool quoted = false;
+  for (std::size_t index = 0; index < line.size(); ++index) {
+    if (line[index] == '"') quoted = !quoted;
+    if (line[index] == ':' && !quoted) return index + 1;
+  }
+  return line.size();
+}
+
 std::vector<ICalObject> splitICalText(std::string_view text, const ICalProblem& problem) {
   return Splitter(problem).split(text);
 }

@@ -42,6 +42,9 @@ class ICalLineReader {
   int depth_ = 0;
 };
 
+/// Where the value of a content line begins: behind the first colon that is not in a quoted parameter.
+std::size_t valueBegin(std::string_view line);
+
 /// Equality but for the case of ASCII letters.
 bool equalsIgnoringCase(std::string_view text, std::string_view other);
 

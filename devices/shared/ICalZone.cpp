@@ -14,9 +14,6 @@ constexpr WallTime kRulesFrom = dayNumber(1950, 1, 1) * kSecondsPerDay;
 constexpr WallTime kRulesTo = dayNumber(2150, 1, 1) * kSecondsPerDay;
 /// A zone that still changes its clock here does so by a rule without end.
 constexpr WallTime kEndless = dayNumber(2148, 1, 1) * kSecondsPerDay;
-/// Enough for ten rules over 200 years; no real zone comes near.
-constexpr std::int64_t kWorkPerZone = 200'000;
-
 /// From `utc` on the clock is `offset` seconds ahead of UTC.
 struct Transition {
   std::int64_t utc, offset, offsetBefore;
@@ -100,10 +97,10 @@ bool appendTransitions(icalcomponent* observance, WorkBudget& budget, std::vecto
 
 }  // namespace
 
-std::shared_ptr<const TimeZone> zoneOf(icalcomponent* vtimezone, std::shared_ptr<const TimeZone> wellKnown) {
+std::shared_ptr<const TimeZone> zoneOf(icalcomponent* vtimezone, WorkBudget& budget,
+                                       std::shared_ptr<const TimeZone> wellKnown) {
   icalproperty* identifier = icalcomponent_get_first_property(vtimezone, ICAL_TZID_PROPERTY);
   if (identifier == nullptr) return nullptr;
-  WorkBudget budget(kWorkPerZone);
   std::vector<Transition> transitions;
   for (const auto kind : {ICAL_XSTANDARD_COMPONENT, ICAL_XDAYLIGHT_COMPONENT}) {
     for (icalcomponent* observance = icalcomponent_get_first_component(vtimezone, kind); observance != nullptr;

@@ -8,6 +8,9 @@ namespace hushmode::devices {
 
 namespace {
 
+/// Enough for ten rules over 200 years; no real zone comes near.
+constexpr std::int64_t kWorkPerZone = 100'000;
+
 /// The zone that has this name outside of any file.
 std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier) {
   if (auto zone = TimeZone::named(identifier)) return zone;
@@ -21,7 +24,9 @@ std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier) {
 
 }  // namespace
 
-const ICalZones::Definition& ICalZones::defined(std::string_view component) {
+const ICalZones::Definition& ICalZones::defined(std::string_view component, WorkBudget& budget) {
+  static const Definition none;
+  if (budget.left() <= 0 && !definitions_.contains(std::string(component))) return none;
   const auto [known, isNew] = definitions_.try_emplace(std::string(component));
   Definition& definition = known->second;
   if (!isNew) return definition;
@@ -29,7 +34,9 @@ const ICalZones::Definition& ICalZones::defined(std::string_view component) {
   if (!parsed || icalcomponent_isa(parsed.get()) != ICAL_VTIMEZONE_COMPONENT) return definition;
   if (icalproperty* identifier = icalcomponent_get_first_property(parsed.get(), ICAL_TZID_PROPERTY)) {
     definition.identifier = icalproperty_get_tzid(identifier);
-    definition.zone = zoneOf(parsed.get(), wellKnownZone(definition.identifier));
+    WorkBudget ofZone(kWorkPerZone);
+    definition.zone = zoneOf(parsed.get(), ofZone, wellKnownZone(definition.identifier));
+    budget.take(kWorkPerZone - ofZone.left());
   }
   return definition;
 }
@@ -38,10 +45,10 @@ void ICalZones::forgetUnused() {
   std::erase_if(definitions_, [](const auto& definition) { return definition.second.zone.use_count() <= 1; });
 }
 
-ICalZoneResolver::ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones,
+ICalZoneResolver::ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones, WorkBudget& budget,
                                    const ICalProblem& problem) {
   for (const std::string_view component : timeZones) {
-    const ICalZones::Definition& definition = zones.defined(component);
+    const ICalZones::Definition& definition = zones.defined(component, budget);
     if (definition.zone) {
       zones_.insert_or_assign(definition.identifier, definition.zone);
     } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devices/shared/ICalRecurrence.h"
 #include "devices/shared/ICalText.h"
 #include "devices/shared/TimeZone.h"
 
@@ -19,8 +20,9 @@ class ICalZones {
     std::string identifier;
     std::shared_ptr<const TimeZone> zone;
   };
-  /// The zone of a VTIMEZONE; its zone is null when the text does not describe one that can be used.
-  const Definition& defined(std::string_view component);
+  /// The zone of a VTIMEZONE; its zone is null when the text does not describe one that can be used, or when following
+  /// its rules is more work than a zone needs or the budget allows.
+  const Definition& defined(std::string_view component, WorkBudget& budget);
 
   /// Lets go of the zones that no file uses any more.
   void forgetUnused();
@@ -33,7 +35,8 @@ class ICalZones {
 class ICalZoneResolver {
  public:
   /// The VTIMEZONEs of the calendar come before anything else of the same name.
-  ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones, const ICalProblem& problem);
+  ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones, WorkBudget& budget,
+                   const ICalProblem& problem);
 
   /// By TZID: the VTIMEZONE, the zone of the system's database, the same for the end of a prefixed identifier
   /// ("/example.org/2024/Europe/Berlin"), the zone of a Windows name. Null when none knows it.
