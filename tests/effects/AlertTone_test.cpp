@@ -1,5 +1,6 @@
 // The profile's tone: how it is played on each system, and when its completion runs.
 
+#include "platform/ToneLibrary.h"
 #include "tests/effects/EffectsFixture.h"
 
 namespace hushmode {
@@ -141,6 +142,41 @@ TEST_F(AlertTone, OfAPhoneWithoutTheToneClassIsNotHeardAndCompletesAllTheSame) {
 TEST_F(AlertTone, NeverVibratesByItself) {
   play();
   EXPECT_FALSE(phone.tone().playing()->vibration);
+}
+
+/// A class of tones without instances that notes what it is asked to play.
+struct NotingToneClass final : platform::TLAlert::Class {
+  using Identifier = platform::TLAlert::Identifier;
+
+  explicit NotingToneClass(Texts& notes, bool hasPublicMethod) : notes(notes), hasPublicMethod(hasPublicMethod) {}
+  bool respondsTo(std::string_view selector) const override {
+    return hasPublicMethod || selector != "playToneAndVibrationForType:toneIdentifier:vibrationIdentifier:";
+  }
+  std::shared_ptr<platform::TLAlert> initWithType(int, const Identifier&, const Identifier&) override {
+    return nullptr;
+  }
+  void playToneAndVibrationForType(int type, const Identifier& tone, const Identifier& vibration) override {
+    note("play", type, tone, vibration);
+  }
+  void _playToneAndVibrationForType(int type, const Identifier& tone, const Identifier& vibration,
+                                    bool shouldOverrideMasterSwitches) override {
+    note(shouldOverrideMasterSwitches ? "_play over the switches" : "_play", type, tone, vibration);
+  }
+  void note(const std::string& way, int type, const Identifier& tone, const Identifier& vibration) {
+    notes.push_back(way + " " + std::to_string(type) + " " + tone.value_or("none") + " " + vibration.value_or("none"));
+  }
+
+  Texts& notes;
+  bool hasPublicMethod;
+};
+
+TEST_F(AlertTone, PlayedByTheClassIsTheSameToneWithoutVibrationAndHeedsTheMasterSwitches) {
+  for (const bool hasPublicMethod : {true, false}) {
+    Texts notes;
+    phone.classes().add("TLAlert", std::make_unique<NotingToneClass>(notes, hasPublicMethod));
+    play();
+    EXPECT_EQ(notes, Texts{std::string(hasPublicMethod ? "play" : "_play") + " 1 texttone:Chime none"});
+  }
 }
 
 }  // namespace

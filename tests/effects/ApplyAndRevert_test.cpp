@@ -110,6 +110,9 @@ TEST_F(ApplyAndRevert, RevertUndoesTheEffectsInOrderAndThenRemovesTheSavedVolume
 }
 
 TEST_F(ApplyAndRevert, ApplyWithAllFlagsOffSavesAnnouncesAndSetsTheVolumesAndNothingElse) {
+  manager().showORHideIconsOnSpringBoard(true);
+  phone.controlCenter().setDoNotDisturb(true);
+  clearRecord();
   work->apply();
   EXPECT_EQ(effects(),
             (Texts{"fx setSystemVolumeHUDEnabled:false", "fx setVolumeTo:0.250000 forCategory:Ringtone",
@@ -118,6 +121,9 @@ TEST_F(ApplyAndRevert, ApplyWithAllFlagsOffSavesAnnouncesAndSetsTheVolumesAndNot
   EXPECT_EQ(count("file write profiles ok"), 1);
   EXPECT_TRUE(work->isApplied());
   EXPECT_EQ(count(asterisks), 0) << "the vibrate switches were looked at";
+  EXPECT_TRUE(phone.statusBar().isIconVisible());
+  EXPECT_TRUE(phone.controlCenter().isDoNotDisturbOn());
+  EXPECT_EQ(texts().back(), "fx schedule hideSystemVolumeHUD on <HMProfile Work> at +2.0 s");
 }
 
 TEST_F(ApplyAndRevert, RevertWithAllFlagsOffHidesTheIconAndSwitchesVibrateAndDoNotDisturbOff) {
