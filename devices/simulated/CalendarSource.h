@@ -1,6 +1,7 @@
 #pragma once
 
 #include "devices/shared/CalendarFolder.h"
+#include "platform/PropertyList.h"
 
 #include <functional>
 #include <optional>
@@ -29,16 +30,19 @@ class CalendarSource {
   virtual std::optional<CalendarOccurrence> withUniqueId(std::string_view uniqueId, platform::Date start,
                                                          const TimeZone& local) const = 0;
 
-  /// Called after each change of the calendars or their events. One handler at a time; empty for none.
-  void setChangeHandler(std::function<void()> handler) { changed_ = std::move(handler); }
+  /// Called after each change of the calendars or their events, with the fields of a step for the record: "step" says
+  /// what was done. One handler at a time; empty for none.
+  void setChangeHandler(std::function<void(const platform::Dictionary& step)> handler) {
+    changed_ = std::move(handler);
+  }
 
  protected:
-  void tellChanged() const {
-    if (changed_) changed_();
+  void tellChanged(const platform::Dictionary& step) const {
+    if (changed_) changed_(step);
   }
 
  private:
-  std::function<void()> changed_;
+  std::function<void(const platform::Dictionary&)> changed_;
 };
 
 }  // namespace hushmode::devices

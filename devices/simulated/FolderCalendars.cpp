@@ -11,7 +11,7 @@ FolderCalendars::FolderCalendars(std::filesystem::path root, CalendarFolder::Dia
 
 bool FolderCalendars::rescan() {
   const bool changed = folder_.rescan();
-  if (changed) tellChanged();
+  if (changed) tellChanged({{"step", "calendars read again"}});
   return changed;
 }
 

@@ -36,13 +36,13 @@ void MemoryCalendars::addCalendar(std::string identifier, std::string title, std
   for (Stored& stored : events_) {
     if (stored.event.calendar == name) renew(stored);
   }
-  tellChanged();
+  tellChanged({{"step", "calendar added"}, {"calendar", name}});
 }
 
 void MemoryCalendars::removeCalendar(std::string_view identifier) {
   std::erase_if(events_, [&](const Stored& stored) { return stored.event.calendar == identifier; });
   std::erase_if(calendars_, [&](const CalendarInfo& each) { return each.identifier == identifier; });
-  tellChanged();
+  tellChanged({{"step", "calendar removed"}, {"calendar", identifier}});
 }
 
 void MemoryCalendars::renew(Stored& stored) const {
@@ -64,11 +64,16 @@ void MemoryCalendars::add(SimulatedEvent event) {
   Stored stored{std::move(event), nullptr};
   renew(stored);
   events_.push_back(std::move(stored));
-  tellChanged();
+  const SimulatedEvent& added = events_.back().event;
+  tellChanged({{"step", "event added"},
+               {"uid", added.uid},
+               {"calendar", added.calendar},
+               {"start", added.start},
+               {"end", added.end}});
 }
 
 template <class Change>
-void MemoryCalendars::change(std::string_view uid, Change edit) {
+void MemoryCalendars::change(std::string_view uid, const platform::Dictionary& step, Change edit) {
   bool found = false;
   for (Stored& stored : events_) {
     if (stored.event.uid != uid) continue;
@@ -77,30 +82,32 @@ void MemoryCalendars::change(std::string_view uid, Change edit) {
     renew(stored);
   }
   if (!found) throw std::out_of_range("the calendars hold no event " + std::string(uid));
-  tellChanged();
+  tellChanged(step);
 }
 
 void MemoryCalendars::move(std::string_view uid, Date start, Date end) {
   if (end < start) throw std::invalid_argument("event " + std::string(uid) + " would end before it starts");
-  change(uid, [&](SimulatedEvent& event) {
+  change(uid, {{"step", "event moved"}, {"uid", uid}, {"start", start}, {"end", end}}, [&](SimulatedEvent& event) {
     event.start = start;
     event.end = end;
   });
 }
 
 void MemoryCalendars::setStatus(std::string_view uid, EKEventStatus status) {
-  change(uid, [&](SimulatedEvent& event) { event.status = status; });
+  change(uid, {{"step", "event status"}, {"uid", uid}, {"status", static_cast<int>(status)}},
+         [&](SimulatedEvent& event) { event.status = status; });
 }
 
 void MemoryCalendars::setTitle(std::string_view uid, std::optional<std::string> title) {
-  change(uid, [&](SimulatedEvent& event) { event.title = title; });
+  change(uid, {{"step", "event renamed"}, {"uid", uid}, {"title", title.value_or("")}},
+         [&](SimulatedEvent& event) { event.title = title; });
 }
 
 void MemoryCalendars::remove(std::string_view uid) {
   if (std::erase_if(events_, [&](const Stored& stored) { return stored.event.uid == uid; }) == 0) {
     throw std::out_of_range("the calendars hold no event " + std::string(uid));
   }
-  tellChanged();
+  tellChanged({{"step", "event removed"}, {"uid", uid}});
 }
 
 CalendarOccurrence MemoryCalendars::occurrence(const Stored& stored) const {

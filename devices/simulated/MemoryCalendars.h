@@ -54,7 +54,7 @@ class MemoryCalendars final : public CalendarSource {
   void place(CalendarInfo calendar);
   void renew(Stored& stored) const;
   template <class Change>
-  void change(std::string_view uid, Change edit);
+  void change(std::string_view uid, const platform::Dictionary& step, Change edit);
   CalendarOccurrence occurrence(const Stored& stored) const;
   template <class Test>
   std::optional<CalendarOccurrence> first(Test test) const;

@@ -50,6 +50,13 @@ constexpr auto stepPatterns = std::to_array<Pattern>({
     {"network forgotten", "network forgotten {ssid}"},
     {"volume button", "volume button {category} {volume}"},
     {"do not disturb", "do not disturb {on}"},
+    {"calendar added", "calendar added {calendar}"},
+    {"calendar removed", "calendar removed {calendar}"},
+    {"event added", "event added {uid}"},
+    {"event moved", "event moved {uid}"},
+    {"event status", "event status {uid} {status}"},
+    {"event renamed", "event renamed {uid}"},
+    {"event removed", "event removed {uid}"},
     {"darwin", "darwin from another process {name}"},
 });
 

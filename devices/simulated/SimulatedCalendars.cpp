@@ -76,7 +76,7 @@ class SimulatedCalendars::Store final : public EKEventStore {
 
 SimulatedCalendars::SimulatedCalendars(VirtualTime& time, Record& record, SimulatedFoundation& foundation)
     : time_(time), record_(record), foundation_(foundation), source_(&memory_) {
-  memory_.setChangeHandler([this] { changed(); });
+  memory_.setChangeHandler([this](const platform::Dictionary& step) { changed(step); });
 }
 
 SimulatedCalendars::~SimulatedCalendars() = default;
@@ -91,13 +91,13 @@ std::shared_ptr<EKEventStore> SimulatedCalendars::makeEventStore() {
 void SimulatedCalendars::setSource(CalendarSource* source) {
   source_->setChangeHandler({});
   source_ = source ? source : &memory_;
-  source_->setChangeHandler([this] { changed(); });
-  changed();
+  source_->setChangeHandler([this](const platform::Dictionary& step) { changed(step); });
+  changed({{"step", "calendars replaced"}});
 }
 
-void SimulatedCalendars::changed() {
+void SimulatedCalendars::changed(const platform::Dictionary& step) {
   cached_.reset();
-  record_.step("calendars changed");
+  record_.append(kind::phone, step);
   for (const auto& store : stores_) {
     time_.after(0, [this, store] {
       if (const auto sender = store.lock()) {

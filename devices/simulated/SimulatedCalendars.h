@@ -31,7 +31,7 @@ class SimulatedCalendars final : public platform::EventKit {
   class Store;
 
   const CalendarSource& source() const { return *source_; }
-  void changed();
+  void changed(const platform::Dictionary& step);
   /// The occurrences that overlap the span, in the order of the stores. Kept for the span asked last, since all
   /// profiles ask for the same day.
   const std::vector<CalendarOccurrence>& sortedOccurrences(platform::Date from, platform::Date to) const;

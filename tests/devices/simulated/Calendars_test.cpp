@@ -137,8 +137,19 @@ TEST_F(CalendarsTest, TellsEachStoreOfEveryChangeFromTheRunLoop) {
   runFor(0);
   EXPECT_EQ(senders, (std::vector<std::shared_ptr<platform::Object>>{store, second}));
   phone.calendars().removeCalendar("cal-A");
-  EXPECT_EQ(texts(), (Texts{"phone calendars changed", "phone calendars changed"}));
+  EXPECT_EQ(texts(), (Texts{"phone event added event", "phone calendar removed cal-A"}));
   EXPECT_TRUE(events("00:00", "23:00").empty());
+}
+
+TEST_F(CalendarsTest, RecordsEachChangeAsAStep) {
+  phone.calendars().addCalendar("cal-A", "A");
+  add("event", "09:00", "10:00");
+  phone.calendars().move("event", at("11:00"), at("12:00"));
+  phone.calendars().cancel("event");
+  phone.calendars().setTitle("event", "Renamed");
+  phone.calendars().remove("event");
+  EXPECT_EQ(texts(), (Texts{"phone calendar added cal-A", "phone event added event", "phone event moved event",
+                            "phone event status event 3", "phone event renamed event", "phone event removed event"}));
 }
 
 TEST_F(CalendarsTest, RefusesEventsThatCannotBe) {

@@ -1,0 +1,79 @@
+#include "devices/simulated/FolderCalendars.h"
+
+#include "tests/support/PhoneFixture.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace hushmode {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// A phone whose calendars lie in a folder of its own.
+class FolderCalendarsTest : public PhoneFixture {
+ protected:
+  FolderCalendarsTest() { write("Standup", "090000", "100000"); }
+  ~FolderCalendarsTest() override {
+    phone.eventKit().setSource(nullptr);
+    std::filesystem::remove_all(root);
+  }
+
+  void write(const std::string& title, const std::string& start, const std::string& end) const {
+    std::filesystem::create_directories(root / "Work");
+    std::ofstream(root / "Work" / "event.ics") << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\nBEGIN:VEVENT\r\n"
+                                               << "UID:E1\r\nSUMMARY:" << title << "\r\nDTSTART:20240514T" << start
+                                               << "Z\r\nDTEND:20240514T" << end
+                                               << "Z\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+  }
+  std::vector<std::shared_ptr<platform::EKEvent>> events(const std::string& from, const std::string& to) const {
+    return store->eventsMatchingPredicate(store->predicateForEventsWithStartDate(
+        at(from), at(to), store->calendarsForEntityType(platform::EKEntityType::Event)));
+  }
+
+  static std::filesystem::path newFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "calendars-XXXXXX").string();
+    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder could be made");
+    return name;
+  }
+
+  const std::filesystem::path root = newFolder();
+  const std::shared_ptr<platform::EKEventStore> store = phone.eventKit().makeEventStore();
+};
+
+TEST_F(FolderCalendarsTest, AreThePhonesCalendars) {
+  devices::FolderCalendars folder(root);
+  phone.eventKit().setSource(&folder);
+  const auto day = events("00:00", "23:59:59");
+  ASSERT_EQ(day.size(), 1U);
+  EXPECT_EQ(day[0]->title(), "Standup");
+  EXPECT_EQ(day[0]->calendar()->calendarIdentifier(), "Work");
+  EXPECT_EQ(day[0]->startDate(), at("09:00"));
+  EXPECT_EQ(store->eventWithUniqueId("E1", at("09:00"))->endDate(), at("10:00"));
+  EXPECT_EQ(store->eventWithUUID(day[0]->UUID())->uniqueId(), "E1");
+  EXPECT_EQ(store->eventWithIdentifier(day[0]->eventIdentifier())->uniqueId(), "E1");
+}
+
+TEST_F(FolderCalendarsTest, OverlapASpanAsThePhonesOwnDo) {
+  devices::FolderCalendars folder(root);
+  phone.eventKit().setSource(&folder);
+  EXPECT_EQ(events("08:00", "09:00").size(), 1U) << "starts at the end of the span";
+  EXPECT_EQ(events("08:00", "08:59:59.5").size(), 0U);
+  EXPECT_EQ(events("09:59:59", "11:00").size(), 1U);
+  EXPECT_EQ(events("10:00", "11:00").size(), 0U) << "ends at its beginning";
+}
+
+TEST_F(FolderCalendarsTest, AreReadAgainWhenTold) {
+  devices::FolderCalendars folder(root);
+  phone.eventKit().setSource(&folder);
+  EXPECT_FALSE(folder.rescan());
+  write("A much longer standup", "093000", "110000");
+  clearRecord();
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(texts(), Texts{"phone calendars read again"});
+  EXPECT_EQ(events("00:00", "23:59:59")[0]->endDate(), at("11:00"));
+}
+
+}  // namespace
+}  // namespace hushmode
