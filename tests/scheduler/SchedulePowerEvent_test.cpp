@@ -131,6 +131,13 @@ TEST_F(SchedulePowerEvent, AnAllDayProfileFollowsTheEventWhateverItsTimesSay) {
   EXPECT_EQ(armed(), "t1 at 20:00:00");
 }
 
+TEST_F(SchedulePowerEvent, AnAllDayProfileFollowsTheEventInTheDaysLastSecondToo) {
+  work->setAllDay(true);
+  clock("23:59:59.500");
+  schedule(event("Concert", at("24:30"), at("25:00")));
+  EXPECT_EQ(armed(), "t1 at 2024-05-15 00:30:00");
+}
+
 TEST_F(SchedulePowerEvent, BeforeTheWindowAWakeUpIsArmedForTheWindowsStart) {
   work->setStartTime("2:00 PM");
   scheduleApplied(event("Review", at("11:00"), at("15:00")));
