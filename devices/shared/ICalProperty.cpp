@@ -2,7 +2,10 @@
 
 #include "devices/shared/ICalText.h"
 
+#include <algorithm>
+#include <charconv>
 #include <span>
+#include <system_error>
 
 namespace hushmode::devices {
 
@@ -54,6 +57,21 @@ std::optional<WallTime> lastMoment(const icaltimetype& until, const ICalTime& st
   return utc && start.zone != nullptr ? start.zone->localFromUtc(*wall) : *wall;
 }
 
+/// The INTERVAL, 1 when there is none; absent when it is no positive number. libical keeps it in 16 bits, too few for
+/// the seconds of a day.
+std::optional<std::int32_t> intervalIn(std::string_view rule) {
+  constexpr std::string_view kName = "INTERVAL=";
+  const auto found = std::search(rule.begin(), rule.end(), kName.begin(), kName.end(), [](char a, char b) {
+    return equalsIgnoringCase({&a, 1}, {&b, 1});
+  });
+  if (found == rule.end()) return 1;
+  std::int32_t interval = 0;
+  const char* begin = rule.data() + (found - rule.begin()) + kName.size();
+  const auto result = std::from_chars(begin, rule.data() + rule.size(), interval);
+  if (result.ec != std::errc() || interval < 1) return std::nullopt;
+  return interval;
+}
+
 }  // namespace
 
 ICalComponentPointer parsedComponent(const std::string& text) {
@@ -85,13 +103,15 @@ std::optional<WallTime> wallTimeOf(const icaltimetype& time) {
   return time.is_date != 0 ? midnight : midnight + time.hour * 3600 + time.minute * 60 + time.second;
 }
 
-std::optional<RecurrenceRule> recurrenceRuleOf(const icalrecurrencetype& parsed, const ICalTime& start) {
-  if (parsed.freq == ICAL_NO_RECURRENCE || parsed.interval < 1) return std::nullopt;
+std::optional<RecurrenceRule> recurrenceRuleOf(std::string_view value, const ICalTime& start) {
+  const icalrecurrencetype parsed = icalrecurrencetype_from_string(std::string(value).c_str());
+  const std::optional<std::int32_t> interval = intervalIn(value);
+  if (parsed.freq == ICAL_NO_RECURRENCE || !interval) return std::nullopt;
   if (parsed.rscale != nullptr && std::string_view(parsed.rscale) != "GREGORIAN") return std::nullopt;
   RecurrenceRule rule;
   rule.frequency = frequencyOf(parsed.freq);
   rule.weekStart = static_cast<std::int8_t>(parsed.week_start == ICAL_NO_WEEKDAY ? 1 : parsed.week_start - 1);
-  rule.interval = parsed.interval;
+  rule.interval = *interval;
   rule.count = parsed.count;
   if (icaltime_is_null_time(parsed.until) == 0) rule.until = lastMoment(parsed.until, start);
   rule.months = static_cast<std::uint32_t>(maskOf(filledPart(parsed.by_month)));

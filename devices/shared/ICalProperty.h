@@ -33,8 +33,8 @@ std::string_view timeZoneIdentifierOf(icalproperty* property);
 /// The wall time of a value, its zone left aside; absent when it is not a time at all.
 std::optional<WallTime> wallTimeOf(const icaltimetype& time);
 
-/// The rule as libical parsed it. An UNTIL is on the wall clock of `start`. Absent when there is nothing in it to
-/// follow, or when it counts in a calendar other than the Gregorian.
-std::optional<RecurrenceRule> recurrenceRuleOf(const icalrecurrencetype& parsed, const ICalTime& start);
+/// The rule that the value of an RRULE writes. An UNTIL is on the wall clock of `start`. Absent when it cannot be
+/// understood, or counts in a calendar other than the Gregorian.
+std::optional<RecurrenceRule> recurrenceRuleOf(std::string_view value, const ICalTime& start);
 
 }  // namespace hushmode::devices

@@ -13,11 +13,12 @@ namespace {
 
 using platform::EKEventStatus;
 
-/// The properties that decide what occurs when.
+/// The properties that decide what occurs when, apart from the rules.
 constexpr std::array<std::string_view, 10> kPropertiesParsed{"UID",   "DTSTART", "DTEND",  "DURATION",      "STATUS",
                                                              "RRULE", "RDATE",   "EXDATE", "RECURRENCE-ID", "SEQUENCE"};
 
 constexpr std::size_t kLongestLine = 8'192;
+constexpr std::size_t kMostRules = 100;
 /// Room for 100,000 exceptions.
 constexpr std::size_t kLargestEvent = 2U << 20;
 
@@ -74,7 +75,7 @@ class ObjectReader {
   void readLength(icalcomponent* event, ICalEntry& entry);
   void readRecurrenceId(icalcomponent* event, ICalEntry& entry);
   void readRepetition(icalcomponent* event, ICalEntry& entry);
-  void readRules(icalcomponent* event, const ICalTime& start, ICalRepetition& repetition);
+  void readRules(const ICalTime& start, ICalRepetition& repetition);
   void readDates(icalcomponent* event, const ICalTime& start, ICalRepetition& repetition);
   void report(const std::string& what) { problem_(place_, what); }
 
@@ -83,23 +84,24 @@ class ObjectReader {
   ICalZoneResolver zones_;
   const TimeZone* floatingZone_ = nullptr;
   std::set<std::string, std::less<>> unknownZones_;
-  std::string_view place_;  ///< The event that is being read.
-  std::string text_;        ///< Of the event, what is read of it.
+  std::string_view place_;          ///< The event that is being read.
+  std::string text_;                ///< Of the event, what is parsed.
+  std::vector<std::string> rules_;  ///< Of the event, the values of its RRULEs.
 };
 
 void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile& file) {
   place_ = event;
   text_ = "BEGIN:VEVENT\r\n";
   ICalEntry entry;
-  bool hasRule = false;
+  rules_.clear();
   for (ICalLineReader lines(event); lines.next();) {
     if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = textOf(lines.line());
+    if (equalsIgnoringCase(lines.name(), "RRULE")) rules_.emplace_back(lines.line().substr(valueBegin(lines.line())));
     if (!isParsed(lines.name())) continue;
-    hasRule = hasRule || equalsIgnoringCase(lines.name(), "RRULE");
     appendLine(lines.line(), lines.name());
   }
   text_ += "END:VEVENT\r\n";
-  if (text_.size() > kLargestEvent) {
+  if (text_.size() > kLargestEvent || rules_.size() > kMostRules) {
     report("the event is larger than any real one and is left out");
     return;
   }
@@ -124,9 +126,6 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
   readRecurrenceId(component.get(), entry);
   if (!entry.recurrenceId) {
     readRepetition(component.get(), entry);
-    if (hasRule && (!entry.repetition || entry.repetition->rules.empty())) {
-      report("the RRULE cannot be understood: the event occurs only where DTSTART and RDATE say");
-    }
   }
   file.entries.push_back(std::move(entry));
 }
@@ -224,7 +223,7 @@ void ObjectReader::readRecurrenceId(icalcomponent* event, ICalEntry& entry) {
 
 void ObjectReader::readRepetition(icalcomponent* event, ICalEntry& entry) {
   ICalRepetition repetition;
-  readRules(event, entry.start, repetition);
+  readRules(entry.start, repetition);
   readDates(event, entry.start, repetition);
   forEachProperty(event, ICAL_EXDATE_PROPERTY, [&](icalproperty* property) {
     if (const auto time = timeOf(property, icalproperty_get_exdate(property))) {
@@ -235,15 +234,18 @@ void ObjectReader::readRepetition(icalcomponent* event, ICalEntry& entry) {
   entry.repetition = std::make_unique<ICalRepetition>(std::move(repetition));
 }
 
-void ObjectReader::readRules(icalcomponent* event, const ICalTime& start, ICalRepetition& repetition) {
-  forEachProperty(event, ICAL_RRULE_PROPERTY, [&](icalproperty* property) {
-    auto rule = recurrenceRuleOf(icalproperty_get_rrule(property), start);
-    if (!rule) return;
+void ObjectReader::readRules(const ICalTime& start, ICalRepetition& repetition) {
+  for (const std::string& text : rules_) {
+    auto rule = recurrenceRuleOf(text, start);
+    if (!rule) {
+      report("the RRULE cannot be understood: without it, the event occurs only where DTSTART and RDATE say");
+      continue;
+    }
     repetition.rules.emplace_back(std::move(*rule), start.wall);
     // Where the end of a series is known, it is not looked at any more after that.
     WorkBudget budget(kWorkForCounting);
     repetition.rules.back().count(budget);
-  });
+  }
 }
 
 void ObjectReader::readDates(icalcomponent* event, const ICalTime& start, ICalRepetition& repetition) {

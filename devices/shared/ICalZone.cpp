@@ -85,7 +85,7 @@ bool appendTransitions(icalcomponent* observance, WorkBudget& budget, std::vecto
   });
   bool complete = true;
   forEachProperty(observance, ICAL_RRULE_PROPERTY, [&](icalproperty* property) {
-    auto rule = recurrenceRuleOf(icalproperty_get_rrule(property), {*start});
+    auto rule = recurrenceRuleOf(icalproperty_get_value_as_string(property), {*start});
     if (!rule) return;
     // The UNTIL of an observance is in UTC, its onsets are in local time.
     if (rule->until) *rule->until += *before;
