@@ -236,7 +236,7 @@ void ObjectReader::readRepetition(icalcomponent* event, ICalEntry& entry) {
 
 void ObjectReader::readRules(const ICalTime& start, ICalRepetition& repetition) {
   for (const std::string& text : rules_) {
-    auto rule = recurrenceRuleOf(text, start);
+    auto rule = text.size() <= kLongestLine ? recurrenceRuleOf(text, start) : std::nullopt;
     if (!rule) {
       report("the RRULE cannot be understood: without it, the event occurs only where DTSTART and RDATE say");
       continue;

@@ -79,17 +79,18 @@ bool appendTransitions(icalcomponent* observance, WorkBudget& budget, std::vecto
   const std::optional<WallTime> start = first != nullptr ? wallTimeOf(icalproperty_get_dtstart(first)) : std::nullopt;
   if (!before || !offset || !start) return false;
 
-  std::vector<WallTime> onsets{*start};
+  const ICalTime firstOnset{*start};
+  std::vector<WallTime> onsets{firstOnset.wall};
   forEachProperty(observance, ICAL_RDATE_PROPERTY, [&](icalproperty* property) {
     if (const auto wall = wallTimeOf(icalproperty_get_rdate(property).time)) onsets.push_back(*wall);
   });
   bool complete = true;
   forEachProperty(observance, ICAL_RRULE_PROPERTY, [&](icalproperty* property) {
-    auto rule = recurrenceRuleOf(icalproperty_get_value_as_string(property), {*start});
+    auto rule = recurrenceRuleOf(icalproperty_get_value_as_string(property), firstOnset);
     if (!rule) return;
     // The UNTIL of an observance is in UTC, its onsets are in local time.
     if (rule->until) *rule->until += *before;
-    complete = ICalRecurrence(*rule, *start).expand(kRulesFrom, kRulesTo, budget, onsets) && complete;
+    complete = ICalRecurrence(*rule, firstOnset.wall).expand(kRulesFrom, kRulesTo, budget, onsets) && complete;
   });
   for (const WallTime onset : onsets) transitions.push_back({onset - *before, *offset, *before});
   return complete;
