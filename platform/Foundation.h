@@ -129,6 +129,17 @@ class HUSHMODE_API NSTimer : public Object {
   virtual void invalidate() = 0;
 };
 
+/// Writes dates as texts. One that was just made has no format, locale or time zone of its own: it writes nothing until
+/// a format is set, in the local zone.
+class HUSHMODE_API NSDateFormatter : public Object {
+ public:
+  ~NSDateFormatter() override;
+  /// A pattern of Unicode Technical Standard #35, such as "yyyy-MM-dd HH:mm".
+  virtual void setDateFormat(std::optional<std::string> pattern) = 0;
+  virtual std::optional<std::string> dateFormat() const = 0;
+  virtual std::string stringFromDate(Date date) const = 0;
+};
+
 /// What Foundation offers a process.
 class HUSHMODE_API Foundation {
  public:
@@ -149,6 +160,8 @@ class HUSHMODE_API Foundation {
   virtual std::shared_ptr<NSTimer> timerWithTimeInterval(
       double seconds, std::function<void(const std::shared_ptr<NSTimer>&)> action) = 0;
   virtual SystemLog& systemLog() = 0;
+  /// A date formatter with its defaults.
+  virtual std::shared_ptr<NSDateFormatter> makeDateFormatter() = 0;
 };
 
 }  // namespace hushmode::platform

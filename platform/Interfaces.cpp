@@ -23,6 +23,7 @@ UserDefaults::~UserDefaults() = default;
 NotificationCenter::~NotificationCenter() = default;
 Bundle::~Bundle() = default;
 NSTimer::~NSTimer() = default;
+NSDateFormatter::~NSDateFormatter() = default;
 Foundation::~Foundation() = default;
 RunLoop::~RunLoop() = default;
 CoreFoundation::~CoreFoundation() = default;

@@ -17,4 +17,15 @@ bool HMUtils::isIOS11() { return isAtLeast(11.0F); }
 bool HMUtils::isIOS12() { return isAtLeast(12.0F); }
 bool HMUtils::isIOS13() { return isAtLeast(13.0F); }
 
+std::shared_ptr<platform::NSDateFormatter> HMUtils::dateFormatter() {
+  static constexpr char key = 0;
+  return platform::Process::current().singleInstance<platform::NSDateFormatter>(
+      &key, [] { return platform::device().foundation().makeDateFormatter(); }, [](platform::NSDateFormatter&) {});
+}
+
+bool HMUtils::isDarkModeEnabled() {
+  constexpr int dark = 2;
+  return platform::device().uiKit().userInterfaceStyle() == dark;
+}
+
 }  // namespace hushmode

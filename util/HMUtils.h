@@ -1,7 +1,8 @@
 #pragma once
 
-#include "platform/Export.h"
+#include "platform/Foundation.h"
 
+#include <memory>
 #include <string_view>
 
 namespace hushmode {
@@ -21,6 +22,13 @@ class HUSHMODE_API HMUtils {
   static bool isIOS11();
   static bool isIOS12();
   static bool isIOS13();
+
+  /// The one shared formatter, made on first use with its defaults; callers set what they need, from one thread at a
+  /// time.
+  static std::shared_ptr<platform::NSDateFormatter> dateFormatter();
+
+  /// Whether the main screen's style is dark; false on systems without such a notion.
+  static bool isDarkModeEnabled();
 };
 
 }  // namespace hushmode

@@ -1,5 +1,7 @@
 #include "devices/simulated/SimulatedFoundation.h"
 
+#include "devices/shared/DateFormatter.h"
+
 namespace hushmode::devices {
 
 std::string SimulatedBundle::localizedStringForKey(std::string_view key, std::optional<std::string_view> value) const {
@@ -68,6 +70,10 @@ void SimulatedFoundation::Log::write(const platform::LogLine& line) {
   fields.append("line", line.line);
   fields.append("message", line.message);
   record_.append(kind::log, std::move(fields));
+}
+
+std::shared_ptr<platform::NSDateFormatter> SimulatedFoundation::makeDateFormatter() {
+  return std::make_shared<DateFormatter>([this] { return timeZone(); });
 }
 
 }  // namespace hushmode::devices

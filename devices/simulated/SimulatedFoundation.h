@@ -49,6 +49,7 @@ class SimulatedFoundation final : public platform::Foundation, public platform::
   std::shared_ptr<platform::NSTimer> timerWithTimeInterval(
       double seconds, std::function<void(const std::shared_ptr<platform::NSTimer>&)> action) override;
   platform::SystemLog& systemLog() override { return log_; }
+  std::shared_ptr<platform::NSDateFormatter> makeDateFormatter() override;
 
   SimulatedRunLoop& mainRunLoop() override { return runLoop_; }
   void postDarwinNotification(std::string_view name) override { darwin_.post(name); }

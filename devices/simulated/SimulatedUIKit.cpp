@@ -1,5 +1,7 @@
 #include "devices/simulated/SimulatedUIKit.h"
 
+#include "devices/shared/CairoImages.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -64,8 +66,9 @@ std::shared_ptr<platform::UIAlertView> SimulatedUIKit::makeAlertView(platform::U
   return std::make_shared<AlertView>(*this, std::move(description));
 }
 
-std::unique_ptr<platform::UIGraphicsImageContext> SimulatedUIKit::beginImageContext(platform::CGSize, bool, double) {
-  throw std::logic_error("the simulated phone draws no pictures");
+std::unique_ptr<platform::UIGraphicsImageContext> SimulatedUIKit::beginImageContext(platform::CGSize size, bool opaque,
+                                                                                    double scale) {
+  return makeCairoImageContext(size, opaque, scale);
 }
 
 std::vector<SimulatedUIKit::ShownAlert> SimulatedUIKit::shownAlerts() const {

@@ -20,7 +20,7 @@ class SimulatedUIKit final : public platform::UIKit {
   std::shared_ptr<platform::UIAlertView> makeAlertView(platform::UIAlertDescription description) override;
   std::string systemVersion() const override { return systemVersion_; }
   std::optional<int> userInterfaceStyle() const override { return userInterfaceStyle_; }
-  /// This phone draws no pictures: throws std::logic_error. Another device does.
+  /// Draws with cairo, on pictures that are CairoImages.
   std::unique_ptr<platform::UIGraphicsImageContext> beginImageContext(platform::CGSize size, bool opaque,
                                                                       double scale) override;
 

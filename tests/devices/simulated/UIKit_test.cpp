@@ -60,9 +60,5 @@ TEST_F(PhoneFixture, VersionAndAppearanceAreWhatTheyAreSetTo) {
   EXPECT_EQ(phone.uiKit().userInterfaceStyle(), 2);
 }
 
-TEST_F(PhoneFixture, NoPicturesAreDrawn) {
-  EXPECT_THROW(phone.uiKit().beginImageContext({10, 10}, false, 1), std::logic_error);
-}
-
 }  // namespace
 }  // namespace hushmode
