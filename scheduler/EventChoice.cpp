@@ -1,5 +1,6 @@
 #include "scheduler/EventChoice.h"
 
+#include "calendar/EventMatch.h"
 #include "model/DayHelpers.h"
 
 namespace hushmode {
@@ -9,12 +10,7 @@ using platform::Date;
 bool qualifiesAtOnce(Date eventStart, Date eventEnd, const std::optional<Window>& window, Date now) {
   if (hm_isBetweenDate(now, eventStart, eventEnd)) return true;
   if (!window) return false;
-  const double start = eventStart - window->start, end = eventEnd - window->end;
-  const bool goesOn = now - eventEnd < 0;
-  if (start <= 0 && end >= 0) return true;
-  if (start <= 0 && end <= 0 && goesOn) return true;
-  if (start >= 0 && end <= 0 && goesOn) return true;
-  return start >= 0 && end >= 0;
+  return eventMeetsWindow(eventStart, eventEnd, window->start, window->end, now);
 }
 
 bool startsNext(Date eventStart, const std::optional<Date>& bestStart, Date now) {

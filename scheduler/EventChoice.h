@@ -13,19 +13,15 @@ struct Window {
 };
 
 /// Whether an event that does not last all day qualifies at once. In progress it does. Otherwise, of an all-day profile
-/// (no window) it does not, and of a timed one it does when it
-///  A: covers the window;
-///  B: starts before or with the window, ends before or with it, and has not ended;
-///  C: lies inside the window and has not ended;
-///  D: starts after or with the window's start and ends after or with its end (no test for an end: whoever lists the
-///     events only lists those that meet the window).
-bool qualifiesAtOnce(platform::Date eventStart, platform::Date eventEnd,
-                                  const std::optional<Window>& window, platform::Date now);
+/// (no window) it does not, and of a timed one it does when it meets the window as `eventMeetsWindow` says: by the same
+/// four clauses that listed it, asked again at this moment. The last of them has no test for an end, so that an event
+/// that is over can qualify.
+bool qualifiesAtOnce(platform::Date eventStart, platform::Date eventEnd, const std::optional<Window>& window,
+                     platform::Date now);
 
 /// Whether, while nothing qualified at once, an event takes the place of the best so far (`bestStart`; none yet): it
 /// must start at or after now, and at or before the best. So the earliest wins and, among equals, the last.
-bool startsNext(platform::Date eventStart, const std::optional<platform::Date>& bestStart,
-                             platform::Date now);
+bool startsNext(platform::Date eventStart, const std::optional<platform::Date>& bestStart, platform::Date now);
 
 /// Whether the chosen event is dropped in the end. The condition is inverted, and that is meant: an all-day event is
 /// dropped exactly when the profile does not ignore all-day events.
