@@ -57,18 +57,25 @@ std::optional<WallTime> lastMoment(const icaltimetype& until, const ICalTime& st
   return utc && start.zone != nullptr ? start.zone->localFromUtc(*wall) : *wall;
 }
 
-/// The INTERVAL, 1 when there is none; absent when it is no positive number. libical keeps it in 16 bits, too few for
-/// the seconds of a day.
-std::optional<std::int32_t> intervalIn(std::string_view rule) {
+/// Takes the INTERVAL out of the rule, since libical keeps it in 16 bits, too few for the seconds of a day. Answers 1
+/// when there is none; absent when it is no positive number.
+std::optional<std::int32_t> takeInterval(std::string& rule) {
   constexpr std::string_view kName = "INTERVAL=";
   const auto found = std::search(rule.begin(), rule.end(), kName.begin(), kName.end(), [](char a, char b) {
     return equalsIgnoringCase({&a, 1}, {&b, 1});
   });
   if (found == rule.end()) return 1;
+  const auto begin = static_cast<std::size_t>(found - rule.begin());
+  const std::size_t end = std::min(rule.find(';', begin), rule.size());
   std::int32_t interval = 0;
-  const char* begin = rule.data() + (found - rule.begin()) + kName.size();
-  const auto result = std::from_chars(begin, rule.data() + rule.size(), interval);
-  if (result.ec != std::errc() || interval < 1) return std::nullopt;
+  const auto result = std::from_chars(rule.data() + begin + kName.size(), rule.data() + end, interval);
+  if (result.ec != std::errc() || result.ptr != rule.data() + end || interval < 1) return std::nullopt;
+  // With the semicolon behind it, or as the last part the one before it.
+  if (end < rule.size()) {
+    rule.erase(begin, end + 1 - begin);
+  } else {
+    rule.erase(begin == 0 ? 0 : begin - 1);
+  }
   return interval;
 }
 
@@ -104,8 +111,9 @@ std::optional<WallTime> wallTimeOf(const icaltimetype& time) {
 }
 
 std::optional<RecurrenceRule> recurrenceRuleOf(std::string_view value, const ICalTime& start) {
-  const icalrecurrencetype parsed = icalrecurrencetype_from_string(std::string(value).c_str());
-  const std::optional<std::int32_t> interval = intervalIn(value);
+  std::string rest(value);
+  const std::optional<std::int32_t> interval = takeInterval(rest);
+  const icalrecurrencetype parsed = icalrecurrencetype_from_string(rest.c_str());
   if (parsed.freq == ICAL_NO_RECURRENCE || !interval) return std::nullopt;
   if (parsed.rscale != nullptr && std::string_view(parsed.rscale) != "GREGORIAN") return std::nullopt;
   RecurrenceRule rule;

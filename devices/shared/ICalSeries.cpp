@@ -30,11 +30,14 @@ std::int64_t endOf(const ICalTime& at, const ICalTime& start, const ICalLength& 
   return at.instant(local) + (length.end->instant(local) - start.instant(local));
 }
 
-/// More than it lasts, however that is counted.
-std::int64_t lengthBound(const ICalTime& start, const ICalLength& length) {
-  if (!length.end) return std::abs(length.days * kSecondsPerDay) + std::abs(length.seconds) + kClockChange;
-  const bool sameClock = length.end->zone == start.zone;
-  return std::abs(length.end->wall - start.wall) + (sameClock ? kClockChange : kClocksApart);
+/// About how long it lasts, on the wall clock; negative when it ends before it starts.
+std::int64_t wallLength(const ICalTime& start, const ICalLength& length) {
+  return length.end ? length.end->wall - start.wall : length.days * kSecondsPerDay + length.seconds;
+}
+
+/// By how much that can be wrong.
+std::int64_t slackOf(const ICalTime& start, const ICalLength& length) {
+  return length.end && length.end->zone != start.zone ? kClocksApart : kClockChange;
 }
 
 void append(ICalEntry* entry, const ICalTime& at, const ICalTime& start, const ICalLength& length, std::int64_t from,
@@ -129,7 +132,7 @@ bool ICalSeries::expand(std::int64_t from, std::int64_t to, const TimeZone& loca
 
 bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                                   std::vector<ICalOccurrence>& occurrences) const {
-  const WallTime first = from - reach_ - kClocksApart, last = to + reach_ + kClocksApart;
+  const WallTime first = from - reach_.before - kClocksApart, last = to + reach_.after + kClocksApart;
   std::vector<Candidate> candidates;
   const bool complete = collectCandidates(first, last, local, budget, candidates);
 
@@ -162,16 +165,26 @@ bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const Time
   return complete;
 }
 
-std::int64_t ICalSeries::longestReach() const {
-  std::int64_t reach = lengthBound(entry_->start, entry_->length);
+void ICalSeries::Reach::extend(std::int64_t length, std::int64_t moved, std::int64_t slack) {
+  before = std::max(before, std::max<std::int64_t>(length, 0) + std::max<std::int64_t>(moved, 0) + slack);
+  after = std::max(after, std::max<std::int64_t>(-length, 0) + std::max<std::int64_t>(-moved, 0) + slack);
+}
+
+ICalSeries::Reach ICalSeries::longestReach() const {
+  Reach reach;
+  const auto extend = [&](const ICalTime& start, const ICalLength& length, std::int64_t moved) {
+    reach.extend(wallLength(start, length), moved, slackOf(start, length));
+  };
+  extend(entry_->start, entry_->length, 0);
   if (entry_->repetition) {
     for (const ICalRepetition::Date& date : entry_->repetition->dates) {
-      if (date.length) reach = std::max(reach, lengthBound(date.start, *date.length));
+      if (date.length) extend(date.start, *date.length, 0);
     }
   }
   for (const auto& [entry, replaced] : futures_) {
-    const std::int64_t moved = std::abs(entry->start.wall - replaced.wall);
-    reach = std::max(reach, lengthBound(entry->start, entry->length) + moved);
+    // It may be on another clock than what it replaces.
+    const std::int64_t moved = entry->start.wall - replaced.wall;
+    reach.extend(wallLength(entry->start, entry->length), moved, slackOf(entry->start, entry->length) + kClocksApart);
   }
   return reach;
 }
@@ -227,12 +240,15 @@ const ICalSeries::Replacement* ICalSeries::futureReplacementFor(const ICalTime& 
 
 ICalSeries::Extent ICalSeries::extent() const {
   std::int64_t first = kForever, last = -kForever;
-  const auto cover = [&](WallTime wall, std::int64_t reach) {
-    first = std::min(first, wall - reach - kClocksApart);
-    last = std::max(last, wall + reach + kClocksApart);
+  const auto cover = [&](WallTime wall, const Reach& reach) {
+    first = std::min(first, wall - reach.after - kClocksApart);
+    last = std::max(last, wall + reach.before + kClocksApart);
   };
-  for (const auto& [entry, replaced] : replacements_)
-    cover(entry->start.wall, lengthBound(entry->start, entry->length));
+  for (const auto& [entry, replaced] : replacements_) {
+    Reach reach;
+    reach.extend(wallLength(entry->start, entry->length), 0, slackOf(entry->start, entry->length));
+    cover(entry->start.wall, reach);
+  }
   if (entry_ == nullptr) return {first, last};
   cover(entry_->start.wall, reach_);
   if (entry_->repetition) {

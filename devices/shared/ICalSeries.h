@@ -49,7 +49,11 @@ class ICalSeries {
 
   void addReplacements(std::span<ICalEntry* const> entries);
   ICalTime likeStart(const ICalTime& time) const;
-  std::int64_t longestReach() const;
+  struct Reach {
+    std::int64_t before = 0, after = 0;
+    void extend(std::int64_t length, std::int64_t moved, std::int64_t slack);
+  };
+  Reach longestReach() const;
   bool expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                         std::vector<ICalOccurrence>& occurrences) const;
   bool collectCandidates(WallTime from, WallTime to, const TimeZone& local, WorkBudget& budget,
@@ -60,7 +64,8 @@ class ICalSeries {
   ICalEntry* entry_ = nullptr;             ///< Null when only occurrences of it are known.
   std::vector<Replacement> replacements_;  ///< In the order of what they replace.
   std::vector<Replacement> futures_;       ///< Those of them that replace all later occurrences as well.
-  std::int64_t reach_ = 0;  ///< How far from the start that the rules give an occurrence can be, at either end of it.
+  /// How far before a span, and after it, the rules may give the start of an occurrence that overlaps the span.
+  Reach reach_;
 };
 
 }  // namespace hushmode::devices

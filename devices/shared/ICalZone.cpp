@@ -86,10 +86,11 @@ bool appendTransitions(icalcomponent* observance, WorkBudget& budget, std::vecto
   });
   bool complete = true;
   forEachProperty(observance, ICAL_RRULE_PROPERTY, [&](icalproperty* property) {
-    auto rule = recurrenceRuleOf(icalproperty_get_value_as_string(property), firstOnset);
+    const std::string_view text = icalproperty_get_value_as_string(property);
+    auto rule = recurrenceRuleOf(text, firstOnset);
     if (!rule) return;
-    // The UNTIL of an observance is in UTC, its onsets are in local time.
-    if (rule->until) *rule->until += *before;
+    // The UNTIL of an observance is in UTC (then the text has a "Z"), its onsets are in local time.
+    if (rule->until && text.find('Z') != std::string_view::npos) *rule->until += *before;
     complete = ICalRecurrence(*rule, firstOnset.wall).expand(kRulesFrom, kRulesTo, budget, onsets) && complete;
   });
   for (const WallTime onset : onsets) transitions.push_back({onset - *before, *offset, *before});

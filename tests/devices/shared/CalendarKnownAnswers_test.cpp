@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -101,7 +102,7 @@ TEST(CalendarKnownAnswers, EveryFileZoneAndDayHasTheKnownOccurrences) {
   EXPECT_GT(days, 1000U);
 }
 
-TEST(CalendarKnownAnswers, NothingOccursOnTheDayBeforeAFileBegins) {
+TEST(CalendarKnownAnswers, NothingOccursOnOtherDays) {
   const char* folderName = std::getenv("HUSHMODE_KNOWN_CALENDARS");
   if (folderName == nullptr) GTEST_SKIP() << "HUSHMODE_KNOWN_CALENDARS names no folder of calendars with known answers";
   std::ifstream file(std::filesystem::path(folderName) / "expected.json");
@@ -110,16 +111,39 @@ TEST(CalendarKnownAnswers, NothingOccursOnTheDayBeforeAFileBegins) {
   CalendarFolder folder(folderName);
   folder.rescan();
 
+  const auto zone = TimeZone::named("Europe/Berlin");
+  ASSERT_NE(zone, nullptr);
   for (const auto& [name, zones] : expected.items()) {
     if (kOwnAnswers.contains(name)) continue;
-    for (const auto& [zoneName, answers] : zones.items()) {
-      if (answers.empty()) continue;
-      const auto zone = TimeZone::named(zoneName);
-      ASSERT_NE(zone, nullptr) << zoneName;
-      const std::int64_t firstDay = localMidnight(answers.items().begin().key());
-      EXPECT_EQ(actualLines(folder, name, *zone, firstDay - 86'400), std::vector<std::string>()) << name;
+    const nlohmann::json& answers = zones.at("Europe/Berlin");
+    // The list of a file tells of all days up to its last one; an empty list of all days.
+    std::int64_t first = localMidnight(answers.empty() ? "1995-01-01" : answers.begin().key()) - 400 * 86'400;
+    const std::int64_t last = localMidnight(answers.empty() ? "2030-01-01" : std::prev(answers.end()).key());
+    std::size_t others = 0;
+    for (; first <= last; first += 86'400) {
+      const auto date = std::chrono::year_month_day(std::chrono::sys_days(std::chrono::days(first / 86'400)));
+      char day[16];
+      std::snprintf(day, sizeof day, "%04d-%02u-%02u", static_cast<int>(date.year()),
+                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+      if (answers.contains(day)) continue;
+      others += actualLines(folder, name, *zone, first).size();
     }
+    EXPECT_EQ(others, 0U) << name;
   }
+}
+
+TEST(CalendarKnownAnswers, FilesWithOwnAnswersHaveThem) {
+  const char* folderName = std::getenv("HUSHMODE_KNOWN_CALENDARS");
+  if (folderName == nullptr) GTEST_SKIP() << "HUSHMODE_KNOWN_CALENDARS names no folder of calendars with known answers";
+  CalendarFolder folder(folderName);
+  folder.rescan();
+  const auto zone = TimeZone::named("Europe/London");
+  ASSERT_NE(zone, nullptr);
+  const auto occurrences =
+      folder.occurrences(Date(static_cast<double>(localMidnight("2019-01-01"))),
+                         Date(static_cast<double>(localMidnight("2022-01-01"))), *zone, {kOwnAnswers.begin()->first});
+  ASSERT_EQ(occurrences.size(), 1U) << kOwnAnswers.begin()->second;
+  EXPECT_EQ(occurrences[0].start, Date(static_cast<double>(localMidnight("2019-08-01") + 13 * 3600)));
 }
 
 }  // namespace
