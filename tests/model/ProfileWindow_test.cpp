@@ -161,9 +161,13 @@ TEST_F(ProfileWindow, CutsAnEventsIntervalDownToItself) {
   const struct {
     Date eventStart, eventEnd, start, end;
   } cases[] = {
-      {today(7), today(9), today(8), today(9)},   {today(16), today(18), today(16), today(17)},
-      {today(8), today(17), today(8), today(17)}, {today(18), today(19), today(18), today(17)},
-      {today(6), today(7), today(8), today(7)},   {today(9), today(10), today(9), today(10)},
+      {today(7), today(9), today(8), today(9)},
+      {today(16), today(18), today(16), today(17)},
+      {today(8), today(17), today(8), today(17)},
+      {today(18), today(19), today(18), today(17)},
+      {today(6), today(7), today(8), today(7)},
+      {today(9), today(10), today(9), today(10)},
+      {today(7, 59, 59.5), today(17, 0, 0.5), today(8), today(17)},
       {today(7), today(18), today(8), today(17)},
   };
   const auto profile = timed("8:00 AM", "5:00 PM");

@@ -222,16 +222,28 @@ TEST_F(Delete, RemovesSavesAnnouncesAndThenSucceedsWithoutALineOfItsOwn) {
   EXPECT_EQ(logged(), (Texts{saved, posting("com.quorvel.ProfileDeletedNotification")}));
 }
 
-TEST_F(Delete, FindsByIdentifierWhateverObjectIsGivenAndAnnouncesThatObject) {
-  const Profile other = profile(2, "not the one in the list");
+class Announced : public Operations {
+ protected:
+  Announced() {
+    phone.notifications().addObserver(this, "com.quorvel.ProfileDeletedNotification", nullptr,
+                                      [&](const platform::Notification& notification) {
+                                        announced = std::get<1>(notification.userInfo.at("profile"));
+                                      });
+  }
   std::shared_ptr<platform::Object> announced;
-  phone.notifications().addObserver(this, "com.quorvel.ProfileDeletedNotification", nullptr,
-                                    [&](const platform::Notification& notification) {
-                                      announced = std::get<1>(notification.userInfo.at("profile"));
-                                    });
+};
+
+TEST_F(Announced, ByADeletionIsTheGivenObjectWhateverStoodInTheList) {
+  const Profile other = profile(2, "not the one in the list");
   manager().deleteProfile(other, nullptr, nullptr);
   EXPECT_EQ(listed(), Identifiers{1});
   EXPECT_EQ(announced, other);
+}
+
+TEST_F(Announced, ByADeletionIsTheDeletedProfileAlsoWhenGivenOutOfTheListItself) {
+  const Profile deleted = manager().profiles()[0];
+  manager().deleteProfile(manager().profiles()[0], nullptr, nullptr);
+  EXPECT_EQ(announced, deleted);
 }
 
 TEST_F(Delete, StampsTheGivenObjectAlsoWhenItIsUnknown) {
