@@ -205,7 +205,7 @@ std::string fileText(const Dictionary& fields) {
 
 /// The fire date: its clock time, with the day in front when that is not the day of the entry.
 std::string fireTime(const RecordEntry& entry) {
-  const std::string fire = field(entry.fields, "localFireDate");
+  std::string fire = field(entry.fields, "localFireDate");
   constexpr std::size_t day = 10;  // "2024-05-14"
   if (fire.size() <= day) return fire;
   return entry.localTime().substr(0, day) == fire.substr(0, day) ? fire.substr(day + 1) : fire;

@@ -6,11 +6,11 @@ namespace hushmode::devices {
 
 namespace {
 
-std::shared_ptr<const TimeZone> orUTC(std::shared_ptr<const TimeZone> zone) { return zone ? zone : TimeZone::utc(); }
+std::shared_ptr<const TimeZone> orUTC(const std::shared_ptr<const TimeZone>& zone) { return zone ? zone : TimeZone::utc(); }
 
 }  // namespace
 
-SimulatedPhone::SimulatedPhone(platform::Date start, std::shared_ptr<const TimeZone> zone)
+SimulatedPhone::SimulatedPhone(platform::Date start, const std::shared_ptr<const TimeZone>& zone)
     : time_(start),
       record_(time_, orUTC(zone)),
       foundation_(time_, record_, orUTC(zone)),

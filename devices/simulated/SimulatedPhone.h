@@ -33,7 +33,7 @@ class SimulatedPhone final : public platform::Device {
   /// Switched on at `start`, in the zone (UTC when null). Unlocked, screen off, Do Not Disturb off, ringtone at 0.8,
   /// general volume at 0.6, media at 0.5, system version 13.1, vibrate on ring but not on silent; no files, defaults,
   /// calendars, networks and alarms. Every class is there but "AVController".
-  explicit SimulatedPhone(platform::Date start, std::shared_ptr<const TimeZone> zone = nullptr);
+  explicit SimulatedPhone(platform::Date start, const std::shared_ptr<const TimeZone>& zone = nullptr);
 
   SimulatedFoundation& foundation() override { return foundation_; }
   SimulatedFoundation& coreFoundation() override { return foundation_; }

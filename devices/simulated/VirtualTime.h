@@ -82,7 +82,7 @@ class VirtualTime {
   struct Key {
     double due;
     WorkId id;
-    auto operator<=>(const Key&) const = default;
+    bool operator<(const Key& other) const { return due != other.due ? due < other.due : id < other.id; }
   };
   using Queue = std::map<Key, Item>;
 
