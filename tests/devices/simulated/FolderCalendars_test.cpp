@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 /// A phone whose calendars lie in a folder of its own.
 class FolderCalendarsTest : public PhoneFixture {
  protected:
-  FolderCalendarsTest() { write("Standup", "090000", "100000"); }
+  FolderCalendarsTest() { write("Standup", "090000Z", "100000Z"); }
   ~FolderCalendarsTest() override {
     phone.eventKit().setSource(nullptr);
     std::filesystem::remove_all(root);
@@ -24,8 +24,7 @@ class FolderCalendarsTest : public PhoneFixture {
     std::filesystem::create_directories(root / "Work");
     std::ofstream(root / "Work" / "event.ics") << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\nBEGIN:VEVENT\r\n"
                                                << "UID:E1\r\nSUMMARY:" << title << "\r\nDTSTART:20240514T" << start
-                                               << "Z\r\nDTEND:20240514T" << end
-                                               << "Z\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+                                               << "\r\nDTEND:20240514T" << end << "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
   }
   std::vector<std::shared_ptr<platform::EKEvent>> events(const std::string& from, const std::string& to) const {
     return store->eventsMatchingPredicate(store->predicateForEventsWithStartDate(
@@ -64,11 +63,28 @@ TEST_F(FolderCalendarsTest, OverlapASpanAsThePhonesOwnDo) {
   EXPECT_EQ(events("10:00", "11:00").size(), 0U) << "ends at its beginning";
 }
 
+TEST_F(FolderCalendarsTest, FollowThePhonesZoneWhereTheirTimesDo) {
+  write("Lunch, wherever I am", "120000", "130000");
+  devices::FolderCalendars folder(root);
+  phone.eventKit().setSource(&folder);
+  const auto from = at("00:00"), to = at("23:59:59");
+  const auto calendars = store->calendarsForEntityType(platform::EKEntityType::Event);
+  const auto start = [&] {
+    return store->eventsMatchingPredicate(store->predicateForEventsWithStartDate(from, to, calendars))
+        .at(0)
+        ->startDate();
+  };
+  EXPECT_EQ(start(), at("12:00"));
+  phone.moveToTimeZone("Europe/Berlin");
+  EXPECT_EQ(start(), at("12:00"));
+  EXPECT_EQ(start() - from, 10 * 3600);
+}
+
 TEST_F(FolderCalendarsTest, AreReadAgainWhenTold) {
   devices::FolderCalendars folder(root);
   phone.eventKit().setSource(&folder);
   EXPECT_FALSE(folder.rescan());
-  write("A much longer standup", "093000", "110000");
+  write("A much longer standup", "093000Z", "110000Z");
   clearRecord();
   EXPECT_TRUE(folder.rescan());
   EXPECT_EQ(texts(), Texts{"phone calendars read again"});

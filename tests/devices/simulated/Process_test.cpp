@@ -1,5 +1,6 @@
 // The death of the host process, and a new one on the same phone.
 
+#include "platform/MobileTimer.h"
 #include "platform/PersistentConnection.h"
 #include "platform/StatusBar.h"
 #include "platform/ToneLibrary.h"
@@ -35,6 +36,7 @@ TEST_F(PhoneFixture, ADeadProcessIsNeverCalledAgain) {
   EXPECT_TRUE(phone.wakeTimers().armed().empty());
   EXPECT_TRUE(phone.uiKit().shownAlerts().empty());
   phone.calendars().addCalendar("cal-B", "B");
+  EXPECT_EQ(phone.time().pending(), 0U) << "no store is left to tell";
   phone.sound().pressVolumeButton("Ringtone", 0.1F);
   phone.foundation().darwinCenter().postFromOutside("name");
   phone.notifications().post({"name", nullptr, {}});
@@ -62,12 +64,15 @@ TEST_F(PhoneFixture, AProcessTakesItsOwnObjectsWithIt) {
   phone.coreFoundation().dlopen(devices::SimulatedStatusBar::libraryPath, 2);
   platform::find<platform::LSStatusBarItem>()->initWithIdentifier("icon", 2)->setVisible(true);
   platform::find<platform::TLAlert>()->initWithType(1, "tone", std::nullopt)->startPlayingRepeatedly();
+  phone.alarms().setStored({"Tea"});
+  platform::find<platform::AlarmManager>()->sharedManager()->loadAlarms();
   const auto controller = phone.celestial().sharedAVSystemController();
   EXPECT_EQ(phone.celestial().sharedAVSystemController(), controller);
   restartProcess();
   EXPECT_FALSE(phone.statusBar().isIconVisible());
   EXPECT_EQ(platform::find<platform::LSStatusBarItem>(), nullptr) << "its library is loaded no longer";
   EXPECT_FALSE(phone.tone().playing());
+  EXPECT_TRUE(platform::find<platform::AlarmManager>()->sharedManager()->alarms().empty());
   EXPECT_NE(phone.celestial().sharedAVSystemController(), controller) << "marks kept beside it go with it";
 }
 

@@ -190,6 +190,15 @@ TEST_F(VirtualTimeTest, HoldsDelaysWhileSuspendedAndCountsThemOnAfterwards) {
   EXPECT_EQ(ran, (RanList{{"queued while suspended", 207}, {"before", 210}}));
 }
 
+TEST_F(VirtualTimeTest, KeepsWakeUpsToTheirDatesThroughASuspension) {
+  time.wakeAt(start.addingSeconds(100), 0.5, note("wake-up"));
+  time.suspend();
+  time.runFor(50);
+  time.resume();
+  time.runFor(100);
+  EXPECT_EQ(ran, (RanList{{"wake-up", 100.5}}));
+}
+
 TEST_F(VirtualTimeTest, IsResumedByAWakeUp) {
   time.setOnWake(note("resumed"));
   time.after(10, note("delayed"));
