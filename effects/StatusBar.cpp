@@ -1,4 +1,5 @@
-// The icon in the status bar, through a library that is loaded on demand. Without it there is no icon and no error.
+// The icon in the status bar, through a library that is loaded on demand. A library that cannot be loaded is told,
+// and there is no icon then.
 
 #include "platform/Process.h"
 #include "store/HMProfilesManager.h"

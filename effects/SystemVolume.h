@@ -12,7 +12,7 @@ double overwrittenByFloat(double start, float reading);
 
 /// The general volume, as the effects see it. With the class "AVController": its volume. Otherwise the "Volume"
 /// category, read into a double that holds 0.1, of which the reading overwrites the low half: so practically always
-/// 0.1, and meant so. A failed read leaves exactly 0.1.
+/// 0.1, and meant so, on 32-bit machines as well. A failed read leaves exactly 0.1.
 double systemVolumeAsRead();
 
 /// The media volume controller; null when its class is absent.

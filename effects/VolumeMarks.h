@@ -5,10 +5,11 @@
 #include <cstdint>
 #include <memory>
 
-/// Marks kept on the shared volume controller (or any object), by which a change of ours is told from the user's.
+/// Marks kept on the shared volume controller (or any object) for the watch over the volume.
 namespace hushmode {
 
-/// How many changes of ours have not been heard back yet; absent reads as 0, and it may go below. No decision reads it.
+/// Counts up with each run of the sound settings and down with each notification taken for our own; absent reads as 0,
+/// and it may go below. No decision reads it.
 HUSHMODE_API std::int64_t hm_ChangedCounter(const std::shared_ptr<platform::Object>& object);
 HUSHMODE_API void setHm_ChangedCounter(const std::shared_ptr<platform::Object>& object, std::int64_t count);
 

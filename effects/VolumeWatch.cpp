@@ -51,11 +51,11 @@ std::string hostText(std::string_view english) {
 std::shared_ptr<platform::UIAlertView> makeQuestion(const std::weak_ptr<platform::Object>& delegate,
                                                     const Profile& profile) {
   platform::UIAlertDescription question;
-  question.title = hostText("Information");
   question.message =
       formatted(hostText("You changed ringtone volume of your device while '%@' is active. Do you want to "
                          "preserve this volume after the profile inactive?"),
                 profile->title());
+  question.title = hostText("Information");
   question.otherButtonTitles = {hostText("Yes, please"), hostText("No, thanks")};
   question.clickedButtonAtIndex = [delegate](const std::shared_ptr<platform::UIAlertView>& alert, int index) {
     if (const auto manager = std::static_pointer_cast<HMProfilesManager>(delegate.lock())) {
@@ -85,9 +85,10 @@ void HMProfilesManager::volumeChanged(const Notification& notification) {
     if (profile->shouldPreserveVolumeChange()) updateVolumeInUserDefaults(profile->newRingtoneVolume());
     return;
   }
-  setVolumePreserveAlertView(makeQuestion(weak_from_this(), profile));
-  volumePreserveAlertView()->setTag(volumeQuestionTag);
-  volumePreserveAlertView()->show();
+  const auto question = makeQuestion(weak_from_this(), profile);  // Held: an answer inside the call would clear it.
+  setVolumePreserveAlertView(question);
+  question->setTag(volumeQuestionTag);
+  question->show();
   profile->setVolumeAlertShown(true);
 }
 

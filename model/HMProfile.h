@@ -18,7 +18,7 @@ namespace hushmode {
 /// events, WiFi networks) and what quiet means (volumes, vibration, alert tone, Do Not Disturb, icon, screen).
 ///
 /// An object with identity, held by `std::shared_ptr`. There is no `operator==`, on purpose: see `isEqual`. Main thread
-/// only, but for the timer operations that say otherwise.
+/// only; `beginTimerForDate`, `beginStartTimer` and `beginEndTimer` may be called from any.
 class HUSHMODE_API HMProfile final : public platform::Object {
   struct Private {};
 

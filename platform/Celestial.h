@@ -39,6 +39,7 @@ class HUSHMODE_API AVController : public Object {
 class HUSHMODE_API Celestial {
  public:
   virtual ~Celestial();
+  /// Never null.
   virtual std::shared_ptr<AVSystemController> sharedAVSystemController() = 0;
 };
 

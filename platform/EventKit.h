@@ -34,7 +34,7 @@ class HUSHMODE_API EKCalendar : public Object {
   const std::string& calendarIdentifier() const { return identifier_; }
   const std::string& title() const { return title_; }
   bool allowsContentModifications() const { return allowsContentModifications_; }
-  const std::shared_ptr<EKSource>& source() const { return source_; }
+  const std::shared_ptr<EKSource>& source() const { return source_; }  ///< Never null.
 
  private:
   std::string identifier_, title_;

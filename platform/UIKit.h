@@ -88,6 +88,7 @@ class HUSHMODE_API UIGraphicsImageContext {
 class HUSHMODE_API UIKit {
  public:
   virtual ~UIKit();
+  /// Never null.
   virtual std::shared_ptr<UIApplication> sharedApplication() = 0;
   virtual std::shared_ptr<UIAlertView> makeAlertView(UIAlertDescription description) = 0;
   /// The current device's version text, such as "13.1.2".

@@ -14,8 +14,8 @@ struct Window {
 
 /// Whether an event that does not last all day qualifies at once. In progress it does. Otherwise, of an all-day profile
 /// (no window) it does not, and of a timed one it does when it meets the window as `eventMeetsWindow` says: by the same
-/// four clauses that listed it, asked again at this moment. The last of them has no test for an end, so that an event
-/// that is over can qualify.
+/// four clauses that listed it, asked again at this moment. The first and the last have no test for an end, so that
+/// an event that is over can qualify.
 bool qualifiesAtOnce(platform::Date eventStart, platform::Date eventEnd, const std::optional<Window>& window,
                      platform::Date now);
 

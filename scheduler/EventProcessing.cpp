@@ -118,6 +118,7 @@ void processTimedEvent(HMProfilesManager& manager, const Profile& profile, const
 void HMProfilesManager::processScheduledEvent(const Profile& profile) {
   const Profile held = profile;
   bool owesRevert = false;
+  if (!held) return;
   if (held->isWifiEnabled()) {
     const std::optional<std::string> name = networkName(HMWiFiManager::sharedManager()->currentNetWork());
     logInformation(method, "********* Checking whether the network *** '%@' *** is in enabled list or not.", name);

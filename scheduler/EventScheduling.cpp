@@ -187,12 +187,13 @@ void HMProfilesManager::schedulePowerEvent(const Profile& profile, const Event& 
     return;
   }
   if (event->isAllDay()) {
-    if (held->isAllDayEventsIgnored()) return;
+    if (held && held->isAllDayEventsIgnored()) return;
     logInformation(method, "Scheduling event now is: %@", event);
     processScheduledEvent(held);
     return;
   }
   logInformation(method, "******Scheduling power events for %@", event);
+  if (!held) return;  // Without a profile there is no window to wait for and nothing to switch.
   const auto bound = [&] { return hm_profile(event); };
   const auto isBoundApplied = [&] { return bound() && bound()->isApplied(); };
   const Date instant = now();

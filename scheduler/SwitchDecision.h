@@ -35,7 +35,7 @@ Switch switchByEvent(const FollowedEvent& event);
 /// When an applied profile is to be reverted: the event's end, but not later than the window's (`windowEnd`; none for
 /// an all-day profile, whose event may end tomorrow). None without an event.
 std::optional<platform::Date> revertDate(const std::optional<platform::Date>& eventEnd,
-                                                      const std::optional<platform::Date>& windowEnd);
+                                         const std::optional<platform::Date>& windowEnd);
 
 /// The window's next bound: its start while that is ahead, else its end.
 platform::Date nextBoundary(platform::Date windowStart, platform::Date windowEnd, platform::Date now);

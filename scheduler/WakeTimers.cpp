@@ -45,6 +45,7 @@ Timer HMProfile::timerWithDate(const std::optional<Date>& date) {
   }
   auto* timerClass = platform::find<PCSimpleTimer>();
   if (!timerClass) return nullptr;
+  HMProfilesManager::sharedManager();  // The timer's target: it is there from now on, not first when the timer fires.
   return timerClass->initWithFireDate(
       *date, "com.quorvel.hushmode",
       [](const Timer& fired) { HMProfilesManager::sharedManager()->schedulePowerEvent(fired); },

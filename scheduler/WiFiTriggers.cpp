@@ -17,7 +17,8 @@ namespace {
 
 constexpr const char* method = "shceduleWiFiDetected:completion:";
 
-/// The effects that are brought in line at every plan, found by the names of their methods.
+/// The effects that a plan brings in line when the profile has no network or is on one of its own, found by the names
+/// of their methods.
 struct RefreshedEffect {
   std::string_view profileKey, selector;
   void (HMProfile::*perform)();

@@ -152,7 +152,8 @@ class HUSHMODE_API HMProfilesManager final : public platform::Object {
 
   // --- WiFi triggers (scheduler/) ---
 
-  /// Calls `completion` at most once, inside the call: true to go on with the calendar, false when the network decided.
+  /// Calls `completion` at most once, inside the call: true to go on with the calendar; false when the network, or
+  /// off the networks the closed window, decided.
   void shceduleWiFiDetected(const Profile& profile, const std::function<void(bool)>& completion);
   /// For the host, after a change of network.
   void scheduleProfilesOnWiFiChange();
