@@ -48,17 +48,18 @@ struct DateComponents {
   std::optional<std::int64_t> hour, minute, second;
 };
 
-/// A Gregorian calendar in the device's local time zone, as it is at the moment of each call.
+/// A calendar in the device's local time zone, as it is at the moment of each call; its dates are Gregorian.
 class HUSHMODE_API Calendar {
  public:
   virtual ~Calendar();
-  /// The local date and clock time of `date`, all components present; seconds are truncated.
+  /// The local date and clock time of `date`, all components present; seconds are whole, rounded down.
   virtual DateComponents componentsOfDate(Date date) const = 0;
   /// The instant with these components. Hours and minutes out of range carry over (26:00 is 02:00 tomorrow). With no
   /// clock component present: the first instant of that day. A clock time that does not exist takes the offset before
   /// the jump (02:30 becomes 03:30); one that exists twice is the first.
   virtual Date dateFromComponents(const DateComponents& components) const = 0;
-  /// The instant `days` calendar days later at the same local time (a day is not always 86,400 seconds).
+  /// The instant `days` calendar days later at the same local time (a day is not always 86,400 seconds). The first
+  /// instant of a day leads to the first instant of the other, also where one of them has no midnight.
   virtual Date dateByAddingDays(Date date, int days) const = 0;
 };
 

@@ -108,16 +108,17 @@ class HUSHMODE_API HMProfilesManager final : public platform::Object {
                      const Failure& failure);
 
   // --- Queries (store/) ---
-  // All compare exactly. Those marked * load the file first when the list is empty.
+  // All compare exactly. All but the first two, and the one that answers nothing, load the file first when the list is
+  // empty.
 
   bool isProfileNameAlreadyExists(const std::optional<std::string>& title) const;
   /// "Profile", or the first free of "Profile - 1", "Profile - 2", ...
   std::string defaultProfileTitle() const;
-  std::vector<Profile> activeProfiles();    ///< * Enabled or applied.
+  std::vector<Profile> activeProfiles();    ///< Enabled or applied.
   std::vector<Profile> enabledProfiles();   ///< The same list, on purpose.
-  std::vector<Profile> disabledProfiles();  ///< * Not enabled; an applied one may be among them.
-  Profile activeProfileByName(const std::optional<std::string>& title);  ///< * Enabled; applied is not enough.
-  Profile profileByIdentifier(std::int64_t identifier);                  ///< *
+  std::vector<Profile> disabledProfiles();  ///< Not enabled; an applied one may be among them.
+  Profile activeProfileByName(const std::optional<std::string>& title);  ///< Enabled; applied is not enough.
+  Profile profileByIdentifier(std::int64_t identifier);
   Profile profileByIdentifier(std::int64_t identifier, bool shouldReload);
   /// Always none: never filled in, and nobody may rely on it.
   std::optional<std::vector<Profile>> profilesForCalendarIdentifier(const std::string& identifier) const;

@@ -11,7 +11,7 @@ namespace hushmode {
 /// in single precision ("13.1.2" is 13.1, "12.9999999" is 13).
 HUSHMODE_API float systemVersionNumber(std::string_view version);
 
-/// Small helpers shared by all rooms. Class methods only. Any thread.
+/// Small helpers shared by all rooms. Class methods only; the formatter may be obtained from any thread.
 class HUSHMODE_API HMUtils {
  public:
   HMUtils() = delete;

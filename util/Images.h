@@ -9,7 +9,7 @@ namespace hushmode {
 
 /// A copy of the image with rounded corners (`cornerRadius` in points). At one pixel a point whatever the image's scale
 /// and the screen's, on purpose: a 2x image of 100 by 100 points comes back with 100 by 100 pixels. Null without an
-/// image.
+/// image. A picture larger than the device can draw is the device's error to raise.
 HUSHMODE_API std::shared_ptr<platform::UIImage> hm_imageWithRoundedCornersSize(
     float cornerRadius, const std::shared_ptr<platform::UIImage>& usingImage);
 

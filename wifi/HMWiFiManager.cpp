@@ -13,13 +13,13 @@ namespace {
 platform::MobileWiFi& mobileWiFi() { return platform::device().mobileWiFi(); }
 
 Dictionary entryFor(const std::shared_ptr<platform::WiFiNetwork>& network) {
+  Dictionary entry;
+  entry.append("SSID", mobileWiFi().WiFiNetworkGetSSID(network));
   const Dictionary full = mobileWiFi().WiFiNetworkCopyRecord(network);
   Dictionary record;
   for (const char* key : {"lastAutoJoined", "lastJoined"}) {
     if (const auto* date = full.find(key)) record.append(key, *date);
   }
-  Dictionary entry;
-  entry.append("SSID", mobileWiFi().WiFiNetworkGetSSID(network));
   entry.append("record", std::move(record));
   return entry;
 }

@@ -35,8 +35,10 @@ class HUSHMODE_API HMWiFiManager final : public platform::Object {
   platform::Dictionary currentNetWork();
   /// The first known network of exactly that name.
   platform::Dictionary netWorkBySSID(std::string_view name) const;
-  /// The known network that was joined last, by whichever of its two dates is later; the first of equals. An empty
-  /// dictionary when the last call of `currentNetWork` found none; none when the device knows no network.
+  /// The known network that was joined last, by whichever of its two dates is later; the first of equals,
+  /// and the last where none has a date. An empty
+  /// dictionary when the last call of `currentNetWork` found none, or there was no call yet; none when the device knows
+  /// no network.
   std::optional<platform::Dictionary> lastConnectedNetwork();
 
   const std::shared_ptr<platform::WiFiManagerClient>& manager() const { return manager_; }
