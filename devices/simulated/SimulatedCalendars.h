@@ -20,8 +20,8 @@ class SimulatedCalendars final : public platform::EventKit {
 
   /// The calendars in memory; used while no other source is set.
   MemoryCalendars& memory() { return memory_; }
-  /// Takes the calendars from `source`, which must outlive the phone or be replaced before; null for those in memory.
-  /// Counts as a change of the calendars.
+  /// Takes the calendars from `source`, null for those in memory. A source must live until it is replaced, or until
+  /// the phone is not used any more. Counts as a change of the calendars.
   void setSource(CalendarSource* source);
 
   /// Every change of the calendars is recorded as a step, and told from the run loop to each store that exists.

@@ -14,7 +14,12 @@ using Texts = std::vector<std::string>;
 /// A phone whose calendars lie in a folder of its own.
 class FolderCalendarsTest : public PhoneFixture {
  protected:
-  FolderCalendarsTest() { write("Standup", "090000Z", "100000Z"); }
+  FolderCalendarsTest() {
+    write("Standup", "090000Z", "100000Z");
+    folder.rescan();
+    phone.eventKit().setSource(&folder);
+    clearRecord();
+  }
   ~FolderCalendarsTest() override {
     phone.eventKit().setSource(nullptr);
     std::filesystem::remove_all(root);
@@ -38,12 +43,11 @@ class FolderCalendarsTest : public PhoneFixture {
   }
 
   const std::filesystem::path root = newFolder();
+  devices::FolderCalendars folder{root};
   const std::shared_ptr<platform::EKEventStore> store = phone.eventKit().makeEventStore();
 };
 
 TEST_F(FolderCalendarsTest, AreThePhonesCalendars) {
-  devices::FolderCalendars folder(root);
-  phone.eventKit().setSource(&folder);
   const auto day = events("00:00", "23:59:59");
   ASSERT_EQ(day.size(), 1U);
   EXPECT_EQ(day[0]->title(), "Standup");
@@ -55,8 +59,6 @@ TEST_F(FolderCalendarsTest, AreThePhonesCalendars) {
 }
 
 TEST_F(FolderCalendarsTest, OverlapASpanAsThePhonesOwnDo) {
-  devices::FolderCalendars folder(root);
-  phone.eventKit().setSource(&folder);
   EXPECT_EQ(events("08:00", "09:00").size(), 1U) << "starts at the end of the span";
   EXPECT_EQ(events("08:00", "08:59:59.5").size(), 0U);
   EXPECT_EQ(events("09:59:59", "11:00").size(), 1U);
@@ -65,8 +67,7 @@ TEST_F(FolderCalendarsTest, OverlapASpanAsThePhonesOwnDo) {
 
 TEST_F(FolderCalendarsTest, FollowThePhonesZoneWhereTheirTimesDo) {
   write("Lunch, wherever I am", "120000", "130000");
-  devices::FolderCalendars folder(root);
-  phone.eventKit().setSource(&folder);
+  folder.rescan();
   const auto from = at("00:00"), to = at("23:59:59");
   const auto calendars = store->calendarsForEntityType(platform::EKEntityType::Event);
   const auto start = [&] {
@@ -81,11 +82,8 @@ TEST_F(FolderCalendarsTest, FollowThePhonesZoneWhereTheirTimesDo) {
 }
 
 TEST_F(FolderCalendarsTest, AreReadAgainWhenTold) {
-  devices::FolderCalendars folder(root);
-  phone.eventKit().setSource(&folder);
   EXPECT_FALSE(folder.rescan());
   write("A much longer standup", "093000Z", "110000Z");
-  clearRecord();
   EXPECT_TRUE(folder.rescan());
   EXPECT_EQ(texts(), Texts{"phone calendars read again"});
   EXPECT_EQ(events("00:00", "23:59:59")[0]->endDate(), at("11:00"));
