@@ -29,7 +29,7 @@ namespace hushmode::properties {
 /// - *Wake timers*: none is armed for a past date, none fires early, each carries one profile's identifier, and its
 ///   firing reaches the scheduler.
 /// - *Sound*: volumes stay from 0 to 1; the volume indicator that was taken away comes back 2 seconds after a change.
-/// - *Question*: its two answers, in their order; at most one question for one application.
+/// - *Question*: its two answers, in their order.
 class RecordRules {
  public:
   using Entry = devices::RecordEntry;

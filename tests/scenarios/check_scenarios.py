@@ -101,7 +101,8 @@ def main():
         if wrong:
             failed += 1
             print(f"--- {scenario.stem}\n{wrong}")
-    for orphan in sorted(set(FOLDER.glob("*.record")) - {each.with_suffix(".record") for each in FOLDER.glob("*.json")}):
+    owned = {each.with_suffix(".record") for each in FOLDER.glob("*.json")}
+    for orphan in sorted(set(FOLDER.glob("*.record")) - owned):
         failed += 1
         print(f"--- {orphan.name} belongs to no scenario")
     print(f"{len(scenarios)} scenarios, {failed} failed")
