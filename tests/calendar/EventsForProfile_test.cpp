@@ -8,6 +8,34 @@ namespace {
 
 using platform::EKEventStatus;
 
+/// A store that keeps the events that it has answered with.
+class RememberingStore final : public platform::EKEventStore {
+ public:
+  using Event = std::shared_ptr<platform::EKEvent>;
+
+  explicit RememberingStore(std::shared_ptr<platform::EKEventStore> real) : real_(std::move(real)) {}
+  std::vector<std::shared_ptr<platform::EKCalendar>> calendarsForEntityType(
+      platform::EKEntityType type) const override {
+    return real_->calendarsForEntityType(type);
+  }
+  std::vector<Event> eventsMatchingPredicate(const platform::EKEventPredicate& predicate) const override {
+    return answered = real_->eventsMatchingPredicate(predicate);
+  }
+  Event eventWithIdentifier(std::string_view identifier) const override {
+    return real_->eventWithIdentifier(identifier);
+  }
+  Event eventWithUUID(std::string_view uuid) const override { return real_->eventWithUUID(uuid); }
+  Event eventWithUniqueId(std::string_view uniqueId) const override { return real_->eventWithUniqueId(uniqueId); }
+  Event eventWithUniqueId(std::string_view uniqueId, platform::Date occurrence) const override {
+    return real_->eventWithUniqueId(uniqueId, occurrence);
+  }
+
+  mutable std::vector<Event> answered;
+
+ private:
+  std::shared_ptr<platform::EKEventStore> real_;
+};
+
 class EventsForProfile : public ProfilesFixture {
  protected:
   void SetUp() override { work = addProfile(); }
@@ -63,6 +91,18 @@ TEST_F(EventsForProfile, EventsKeepTheStoresOrderAndCarryTheProfile) {
   EXPECT_EQ(titles(), "First Second");
   const std::optional<Events> list = events();
   for (const Event& event : *list) EXPECT_EQ(hm_profile(event), work);
+}
+
+TEST_F(EventsForProfile, TheEventsThatTheWindowDropsCarryTheProfileTooButNotTheCancelledOnes) {
+  const auto store = std::make_shared<RememberingStore>(HMEventManager::sharedManager()->eventStore());
+  HMEventManager::sharedManager()->setEventStore(store);
+  clock("12:00");
+  addEvent("Early", at("06:00"), at("07:00"));
+  addEvent("Off", at("13:00"), at("14:00"), {.status = EKEventStatus::Canceled});
+  EXPECT_EQ(titles(), "");
+  ASSERT_EQ(store->answered.size(), 2u);
+  EXPECT_EQ(hm_profile(store->answered[0]), work);
+  EXPECT_EQ(hm_profile(store->answered[1]), nullptr);
 }
 
 TEST_F(EventsForProfile, EveryCallMakesNewObjectsWithoutAMark) {

@@ -185,6 +185,15 @@ TEST_F(SchedulePowerEvent, AWindowOverMidnightIsNeverOpen) {
   EXPECT_EQ(armed(), "t1 at 22:00:00");
 }
 
+TEST_F(SchedulePowerEvent, AWindowOverMidnightIsStillAwaitedInTheMomentOfItsStart) {
+  work->setStartTime("12:00 PM");
+  work->setEndTime("6:00 AM");
+  schedule(event("Review", at("11:00"), at("13:00")));
+  EXPECT_EQ(armed(), "t1 at 12:00:00");
+  runTo("12:00:01");
+  EXPECT_EQ(armed(), "") << "a moment later it has passed";
+}
+
 TEST_F(SchedulePowerEvent, TheWakeUpGoesToTheProfileThatTheEventCarries) {
   const auto other = addProfile("Gym");
   const Event review = event("Review", at("15:00"), at("16:00"));
