@@ -3,7 +3,6 @@
 #include "tests/devices/shared/PropertyListSamples.h"
 
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -74,21 +73,6 @@ TEST(PropertyListCodec, KeepsRealsToTheLastBit) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(*back.as<double>()), std::bit_cast<std::uint64_t>(real)) << real;
   }
   EXPECT_TRUE(std::isnan(*readBack(std::nan("")).as<double>()));
-}
-
-TEST(PropertyListCodec, WritesADecimalPointWhateverTheLocale) {
-  const char* found = nullptr;
-  for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "pt_BR.UTF-8"}) {
-    if (!found) found = std::setlocale(LC_ALL, name);
-  }
-  if (!found) GTEST_SKIP() << "no locale with a decimal comma is installed";
-  const auto written = serializeXml(1.5);
-  const auto read = parsePropertyList(xml("<real>2.25</real>"));
-  const std::string comma = std::localeconv()->decimal_point;
-  std::setlocale(LC_ALL, "C");
-  EXPECT_EQ(comma, ",") << "the locale stays as it was";
-  EXPECT_NE(written.value->find("<real>1.5</real>"), std::string::npos);
-  EXPECT_EQ(*read.value, Value(2.25));
 }
 
 TEST(PropertyListCodec, CutsDatesToWholeSecondsOfItsRange) {
