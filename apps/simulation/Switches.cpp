@@ -115,10 +115,9 @@ void SwitchWatch::look() {
 
 void SwitchWatch::rest() {
   const PhoneState state = stateOf(phone_);
-  if (!moving_.empty()) {
-    for (Switch& each : moving_) each.after = state;
-    if (phone_.time().now() - moving_.back().at > restSeconds) finish();
-  }
+  // Told with the state that it came to rest in: what happens to the phone later is not the switch's doing.
+  if (!moving_.empty() && phone_.time().now() - moving_.back().at > restSeconds) finish();
+  for (Switch& each : moving_) each.after = state;
   if (moving_.empty()) last_ = state;
 }
 

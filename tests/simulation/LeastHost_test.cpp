@@ -105,6 +105,11 @@ TEST(Switches, WhatChangedIsToldInWords) {
       "ringtone 100% to 0%, vibrate on ring on, vibrate on silent on, do not disturb off, icon hidden");
 }
 
+TEST(Switches, WhatTheUserChangesLaterIsNotTheSwitchsDoing) {
+  const Played played = play(workday(standup, R"([{"at": "09:10", "do": "pressVolume", "volume": 0.75}])"));
+  EXPECT_EQ(played.switches.front(), "09:00:00 Work on \"Standup\": " + quieter);
+}
+
 TEST(Switches, TwoProfilesOfOneInstantShareTheChange) {
   std::string scenario = workday(standup);
   const std::string second = R"({"identifier": 4, "title": "Also", "enabled": true, "allDay": true,
