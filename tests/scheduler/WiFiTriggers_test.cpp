@@ -91,6 +91,19 @@ timer arm t1 at 17:00:00
 )");
 }
 
+TEST_F(WiFiTriggers, OnItsNetworkAProfileHasItsEffectsBroughtInLineOnceItIsApplied) {
+  clock("08:00");
+  phone.wifi().join("Home");
+  work->setShowOnStatusBar(true);
+  clearRecord();
+  bool asked = false;
+  manager().shceduleWiFiDetected(work, [&](bool) {
+    EXPECT_EQ(count("statusBarItem setVisible:true"), 2) << "by the apply, and after it";
+    asked = true;
+  });
+  EXPECT_TRUE(asked);
+}
+
 TEST_F(WiFiTriggers, OnItsNetworkAtItsEndAnIdleProfileIsStillAppliedAndNothingArmed) {
   clock("17:00");
   phone.wifi().join("Home");
