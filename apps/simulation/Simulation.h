@@ -3,7 +3,7 @@
 #include "apps/simulation/LeastHost.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/Switches.h"
-#include "devices/simulated/FolderCalendars.h"
+#include "devices/shared/FolderCalendars.h"
 #include "devices/simulated/SimulatedPhone.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devices/simulated/CalendarSource.h"
+#include "devices/shared/CalendarSource.h"
 
 #include <filesystem>
 

@@ -10,7 +10,7 @@
 
 namespace hushmode::devices {
 
-/// Where a simulated phone's calendars come from.
+/// Where a phone's calendars come from.
 class CalendarSource {
  public:
   virtual ~CalendarSource() = default;

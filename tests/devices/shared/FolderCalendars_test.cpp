@@ -1,4 +1,4 @@
-#include "devices/simulated/FolderCalendars.h"
+#include "devices/shared/FolderCalendars.h"
 
 #include "tests/support/PhoneFixture.h"
 

@@ -1,0 +1,8 @@
+"""A stand-in for logind on the private system bus."""
+PROGRAMS = {"/usr/lib/python3/dist-packages/dbusmock": "python3-dbusmock"}
+
+
+def start(session):
+    session.need_system_bus()
+    session.spawn(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind"])
+    session.wait_for_name("org.freedesktop.login1", "system")
