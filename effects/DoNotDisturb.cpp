@@ -2,6 +2,8 @@
 // operated, in the way of each system version. Whatever is missing on the way ends the attempt silently, but for
 // the module manager, whose absence is told.
 
+#include "effects/DoNotDisturb.h"
+
 #include "effects/SavedState.h"
 #include "platform/ControlCenter.h"
 #include "store/HMProfilesManager.h"
@@ -89,6 +91,17 @@ bool namesDoNotDisturb(const std::string& moduleIdentifier) {
                      [&](std::string_view name) { return containsIgnoringCase(moduleIdentifier, name); });
 }
 
+/// The switch from system 11 on; null when there is none.
+std::shared_ptr<platform::CCUIToggleModule> doNotDisturbModule(
+    platform::CCUIModuleInstanceManager::Class& managerClass) {
+  const auto manager = managerClass.sharedInstance();
+  if (!manager) return nullptr;
+  const auto instances = manager->moduleInstances();
+  const auto place = std::find_if(instances.begin(), instances.end(),
+                                  [](const auto& each) { return namesDoNotDisturb(each->moduleIdentifier()); });
+  return place == instances.end() ? nullptr : (*place)->module();
+}
+
 /// From system 12 the switch only follows a finger, so one is played: on the button inside the module's view. The tap
 /// is sent even when there is no such button.
 void tap(platform::CCUIToggleModule& module) {
@@ -108,6 +121,16 @@ void tap(platform::CCUIToggleModule& module) {
 }
 
 }  // namespace
+
+std::optional<bool> isDoNotDisturbOn() {
+  if (HMUtils::isIOS11()) {
+    auto* managerClass = find<platform::CCUIModuleInstanceManager>();
+    const auto module = managerClass ? doNotDisturbModule(*managerClass) : nullptr;
+    return module ? std::optional(module->isSelected()) : std::nullopt;
+  }
+  const auto setting = doNotDisturbSetting();
+  return setting && setting->respondsTo("isEnabled") ? std::optional(setting->isEnabled()) : std::nullopt;
+}
 
 void HMProfilesManager::enableORDisableDnD(bool enable) {
   if (HMUtils::isIOS11()) return enableORDisableDnDForIOS11(enable);
@@ -138,12 +161,7 @@ void HMProfilesManager::enableORDisableDnDForIOS11(bool enable) {
     logError(method, "******* Unable to find 'CCUIModuleInstanceManager'..");
     return;
   }
-  const auto manager = managerClass->sharedInstance();
-  if (!manager) return;
-  const auto instances = manager->moduleInstances();
-  const auto place = std::find_if(instances.begin(), instances.end(),
-                                  [](const auto& each) { return namesDoNotDisturb(each->moduleIdentifier()); });
-  const auto module = place == instances.end() ? nullptr : (*place)->module();
+  const auto module = doNotDisturbModule(*managerClass);
   if (!module) return;
   if (module->isSelected() == enable) {
     logInformation(method,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devices/simulated/SimulatedPhone.h"
+#include "host/PhoneState.h"
 #include "store/HMProfilesManager.h"
 
 #include <cstdint>
@@ -10,19 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace hushmode::simulation {
-
-/// What profiles change on a phone.
-struct PhoneState {
-  float ringtone = 0, media = 0;
-  bool ringVibrate = false, silentVibrate = false, doNotDisturb = false, icon = false;
-  bool operator==(const PhoneState&) const = default;
-};
-
-PhoneState stateOf(devices::SimulatedPhone& phone);
-
-/// What differs, in words: "ringtone 80% to 6%, media 50% to 0%"; "nothing changed" when nothing does.
-std::string differenceText(const PhoneState& before, const PhoneState& after);
+namespace hushmode::host {
 
 /// A profile that went on or off.
 struct Switch {
@@ -35,11 +23,17 @@ struct Switch {
   bool withNext = false;  ///< Another profile switched at the same instant; the change is told with that one.
 };
 
-/// Watches the applied profiles of a simulated phone, and tells of each switch once its delayed effects have come to
-/// rest.
+/// The phone as a watch looks at it.
+struct WatchedPhone {
+  std::function<platform::Date()> now;
+  std::function<PhoneState()> state;
+  std::function<std::optional<std::string>()> joinedNetwork;
+};
+
+/// Watches the applied profiles of a phone, and tells of each switch once its delayed effects have come to rest.
 class SwitchWatch {
  public:
-  SwitchWatch(devices::SimulatedPhone& phone, std::function<void(const Switch&)> tell);
+  SwitchWatch(WatchedPhone phone, std::function<void(const Switch&)> tell);
 
   /// A process started: what it applies is watched from now on.
   void watch(HMProfilesManager& manager);
@@ -48,6 +42,15 @@ class SwitchWatch {
 
   /// To be called after every piece of work and every step.
   void look();
+  /// Why the profile is applied, and since when it has been known to be; null when it is not.
+  struct Applied {
+    std::string profile;                     ///< Its title.
+    std::string reason;                      ///< What it was applied for.
+    std::optional<platform::Date> eventEnd;  ///< Of the event that it was applied for.
+    bool byNetwork = false;
+    platform::Date since{0};
+  };
+  const Applied* applied(std::int64_t identifier) const;
   /// Tells of the switches that have not come to rest yet.
   void finish();
 
@@ -56,16 +59,12 @@ class SwitchWatch {
   void setCause(std::string cause) { cause_ = std::move(cause); }
 
  private:
-  struct Applied {
-    std::string reason;                      ///< What it was applied for.
-    std::optional<platform::Date> eventEnd;  ///< Of the event that it was applied for.
-    bool byNetwork = false;
-  };
   Applied reasonToApply(HMProfile& profile);
+  void note(const Applied& applied, std::int64_t identifier, bool on, std::string reason);
   std::string reasonToRevert(HMProfile& profile, const Applied& applied);
   void rest();
 
-  devices::SimulatedPhone& phone_;
+  WatchedPhone phone_;
   std::function<void(const Switch&)> tell_;
   HMProfilesManager* manager_ = nullptr;
   std::map<std::int64_t, Applied> applied_;
@@ -74,4 +73,4 @@ class SwitchWatch {
   std::string cause_;
 };
 
-}  // namespace hushmode::simulation
+}  // namespace hushmode::host

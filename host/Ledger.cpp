@@ -1,0 +1,78 @@
+#include "host/Ledger.h"
+
+#include "platform/Process.h"
+
+namespace hushmode::host {
+
+using platform::Array;
+using platform::Dictionary;
+using platform::Value;
+
+namespace {
+
+std::optional<float> volumeOf(const Value* value) {
+  const double* real = value ? value->as<double>() : nullptr;
+  return real && *real >= 0 && *real <= 1 ? std::optional(static_cast<float>(*real)) : std::nullopt;
+}
+
+std::optional<bool> flagOf(const Value* value) {
+  const bool* flag = value ? value->as<bool>() : nullptr;
+  return flag ? std::optional(*flag) : std::nullopt;
+}
+
+std::vector<float> volumesOf(const Value* value) {
+  std::vector<float> volumes;
+  if (const Array* array = value ? value->as<Array>() : nullptr) {
+    for (const Value& each : *array) {
+      if (const auto volume = volumeOf(&each)) volumes.push_back(*volume);
+    }
+  }
+  return volumes;
+}
+
+Array arrayOf(const std::vector<float>& volumes) {
+  Array array;
+  for (const float volume : volumes) array.emplace_back(volume);
+  return array;
+}
+
+template <class T>
+void put(Dictionary& dictionary, std::string_view key, const std::optional<T>& value) {
+  if (value) dictionary.set(key, *value);
+}
+
+}  // namespace
+
+Ledger Ledger::load() {
+  Ledger ledger;
+  const auto content = platform::device().foundation().files().arrayWithContentsOfFile(path);
+  const Dictionary* entry = content && !content->empty() ? content->front().as<Dictionary>() : nullptr;
+  if (!entry) return ledger;
+  ledger.open = true;
+  ledger.found.ringtone = volumeOf(entry->find("ringtone"));
+  ledger.found.media = volumeOf(entry->find("media"));
+  ledger.found.ringVibrate = flagOf(entry->find("ringVibrate"));
+  ledger.found.silentVibrate = flagOf(entry->find("silentVibrate"));
+  ledger.found.doNotDisturb = flagOf(entry->find("doNotDisturb"));
+  ledger.ringtonesSet = volumesOf(entry->find("ringtonesSet"));
+  ledger.mediasSet = volumesOf(entry->find("mediasSet"));
+  return ledger;
+}
+
+bool Ledger::save() const {
+  Array content;
+  if (open) {
+    Dictionary entry;
+    put(entry, "ringtone", found.ringtone);
+    put(entry, "media", found.media);
+    put(entry, "ringVibrate", found.ringVibrate);
+    put(entry, "silentVibrate", found.silentVibrate);
+    put(entry, "doNotDisturb", found.doNotDisturb);
+    entry.set("ringtonesSet", arrayOf(ringtonesSet));
+    entry.set("mediasSet", arrayOf(mediasSet));
+    content.emplace_back(std::move(entry));
+  }
+  return platform::device().foundation().files().writeArrayToFileAtomically(content, path);
+}
+
+}  // namespace hushmode::host

@@ -1,0 +1,244 @@
+#include "host/RestoreGuard.h"
+
+#include "effects/SavedState.h"
+#include "util/Numbers.h"
+
+#include <algorithm>
+
+namespace hushmode::host {
+
+using Profile = RestoreGuard::Profile;
+
+namespace {
+
+std::optional<float> savedVolume(std::string_view key) {
+  if (!userDefaults().valueForKey(key)) return std::nullopt;
+  return userDefaults().floatForKey(key);
+}
+
+std::multiset<std::int64_t> identifiersOf(const std::vector<Profile>& profiles) {
+  std::multiset<std::int64_t> identifiers;
+  for (const Profile& each : profiles) identifiers.insert(each->identifier());
+  return identifiers;
+}
+
+bool differ(const std::optional<float>& a, const std::optional<float>& b) { return a && b && !sameVolume(*a, *b); }
+bool differ(const std::optional<bool>& a, const std::optional<bool>& b) { return a && b && *a != *b; }
+
+bool isAmong(const std::vector<float>& volumes, float volume) {
+  return std::any_of(volumes.begin(), volumes.end(), [&](float each) { return sameVolume(each, volume); });
+}
+
+void addOnce(std::vector<float>& volumes, float volume) {
+  if (std::find(volumes.begin(), volumes.end(), volume) == volumes.end()) volumes.push_back(volume);
+}
+
+/// After a death: a volume that no profile has set is the user's.
+void adopt(std::optional<float>& found, const std::vector<float>& set, const std::optional<float>& now) {
+  if (differ(found, now) && !isAmong(set, *now)) found = now;
+}
+
+}  // namespace
+
+PhoneState RestoreGuard::phone() const {
+  PhoneState state = readPhoneState();
+  state.icon = device_.isIconVisible();
+  return state;
+}
+
+void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
+  ledger_ = saved_ = Ledger::load();
+  const PhoneState now = readPhoneState();
+  if (ledger_.open) {
+    adopt(ledger_.found.ringtone, ledger_.ringtonesSet, now.ringtone);
+    adopt(ledger_.found.media, ledger_.mediasSet, now.media);
+    // The answer to keep a volume reaches the library's saved state first.
+    const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
+    if (kept && !isAmong(ledger_.ringtonesSet, *kept)) ledger_.found.ringtone = kept;
+    save();
+  } else if (!applied.empty()) {
+    // Applied without a ledger: by a library without this host. What it saved is what was found.
+    PhoneState found = now;
+    if (const auto volume = savedVolume(saved::ringtone)) found.ringtone = volume;
+    if (const auto volume = savedVolume(saved::playBackVolume)) found.media = volume;
+    if (userDefaults().valueForKey(saved::ringVibrate)) {
+      found.ringVibrate = userDefaults().boolForKey(saved::ringVibrate);
+      found.silentVibrate = userDefaults().boolForKey(saved::silentVibrate);
+    }
+    open(found);
+  }
+  seen_ = now;
+}
+
+void RestoreGuard::begin(const std::vector<Profile>& applied) {
+  begun_ = readPhoneState();
+  appliedAtBegin_ = identifiersOf(applied);
+  keyAtBegin_ = savedVolume(saved::ringtone);
+  if (!ledger_.open) return;
+  noteChangesByOthers(begun_, !applied.empty());
+  noteLateServices(begun_);
+  save();
+}
+
+/// What could not be read when the ledger was opened is found when its service comes. The library has taken it for
+/// silence, and would lead back to that.
+void RestoreGuard::noteLateServices(const PhoneState& now) {
+  const auto late = [](auto& found, const auto& is) {
+    if (found || !is) return false;
+    found = is;
+    return true;
+  };
+  const bool ringtone = late(ledger_.found.ringtone, now.ringtone), media = late(ledger_.found.media, now.media);
+  if (late(ledger_.found.ringVibrate, now.ringVibrate)) ledger_.found.silentVibrate = now.silentVibrate;
+  late(ledger_.found.doNotDisturb, now.doNotDisturb);
+  if (ringtone || media) keepSavedVolumes();
+}
+
+void RestoreGuard::noteChangesByOthers(const PhoneState& now, bool anyApplied) {
+  const auto note = [](const auto& seen, const auto& is, auto& hand) {
+    if (!differ(seen, is)) return false;
+    hand = is;
+    return true;
+  };
+  if (note(seen_.ringtone, now.ringtone, byHand_.ringtone) && !anyApplied) ledger_.found.ringtone = now.ringtone;
+  if (note(seen_.media, now.media, byHand_.media)) {
+    ledger_.found.media = now.media;
+    // So that the library's own revert leads there at once, without a detour.
+    if (savedVolume(saved::playBackVolume)) userDefaults().setFloat(*now.media, saved::playBackVolume);
+  }
+  if (note(seen_.ringVibrate, now.ringVibrate, byHand_.ringVibrate)) ledger_.found.ringVibrate = now.ringVibrate;
+  if (note(seen_.silentVibrate, now.silentVibrate, byHand_.silentVibrate)) {
+    ledger_.found.silentVibrate = now.silentVibrate;
+  }
+  if (note(seen_.doNotDisturb, now.doNotDisturb, byHand_.doNotDisturb)) ledger_.found.doNotDisturb = now.doNotDisturb;
+}
+
+void RestoreGuard::willSave(const platform::Array& profiles) {
+  for (const platform::Value& each : profiles) {
+    const auto* profile = each.as<platform::Dictionary>();
+    if (!profile || !booleanMeaning(profile->find("applied"))) continue;
+    if (!ledger_.open) open(begun_);
+    addOnce(ledger_.ringtonesSet, floatMeaning(profile->find("ringerVolume")));
+    addOnce(ledger_.mediasSet, floatMeaning(profile->find("playBackVolume")));
+  }
+  if (ledger_.open) save();
+}
+
+void RestoreGuard::open(const PhoneState& found) {
+  ledger_ = {};
+  ledger_.open = true;
+  ledger_.found = found;
+  byHand_ = {};
+  save();
+}
+
+void RestoreGuard::save() {
+  if (ledger_ == saved_) return;
+  if (ledger_.save()) {
+    saved_ = ledger_;
+    saveFailed_ = false;
+  } else if (!saveFailed_) {
+    saveFailed_ = true;
+    say_("the phone's present settings cannot be noted on disk; they are put back all the same unless this process "
+         "dies. Make room in the state folder, or make it writable.");
+  }
+}
+
+void RestoreGuard::end(const std::vector<Profile>& applied) {
+  if (ledger_.open) {
+    const bool switched = identifiersOf(applied) != appliedAtBegin_;
+    if (switched) byHand_ = {};
+    if (!switched) {
+      noteKeptVolume();
+      if (!applied.empty()) holdTheHand(readPhoneState());
+    }
+    assertUnion(applied);
+    save();
+  }
+  seen_ = readPhoneState();
+}
+
+/// The answer to keep a changed ringtone volume shows as another saved volume.
+void RestoreGuard::noteKeptVolume() {
+  const auto key = savedVolume(saved::ringtone);
+  if (differ(keyAtBegin_, key)) ledger_.found.ringtone = key;
+}
+
+/// Nothing switched: what the library asserted again is not to go over what the user has set since.
+void RestoreGuard::holdTheHand(const PhoneState& now) {
+  if (differ(byHand_.ringtone, now.ringtone)) setRingtone(*byHand_.ringtone);
+  if (differ(byHand_.media, now.media)) setMedia(*byHand_.media);
+}
+
+/// Do Not Disturb and the icon belong to all applied profiles together, and Do Not Disturb to the user before them.
+void RestoreGuard::assertUnion(const std::vector<Profile>& applied) {
+  const auto any = [&](auto asks) { return std::any_of(applied.begin(), applied.end(), asks); };
+  const auto manager = HMProfilesManager::sharedManager();
+  const bool wanted = byHand_.doNotDisturb.value_or(ledger_.found.doNotDisturb.value_or(false) ||
+                                                    any([](const Profile& each) { return each->isDnDEnabled(); }));
+  if (readPhoneState().doNotDisturb.value_or(wanted) != wanted) manager->enableORDisableDnD(wanted);
+  const bool icon = any([](const Profile& each) { return each->isShowOnStatusBar(); });
+  if (device_.isIconVisible().value_or(icon) != icon) manager->showORHideIconsOnSpringBoard(icon);
+}
+
+bool RestoreGuard::settle(const std::vector<Profile>& applied) {
+  if (!ledger_.open) return true;
+  if (!applied.empty()) {
+    keepSavedVolumes();
+    return true;
+  }
+  if (!putBack()) {
+    if (!waits_) say_("not everything could be put back as it was: a service of the phone is away. It will be.");
+    waits_ = true;
+    return false;
+  }
+  waits_ = false;
+  forgetSavedState();
+  ledger_ = {};
+  byHand_ = {};
+  save();
+  return true;
+}
+
+/// A revert of one profile among several takes away what the others will want to lead back to.
+void RestoreGuard::keepSavedVolumes() const {
+  const auto keep = [](std::string_view key, const std::optional<float>& found) {
+    if (found && savedVolume(key) != found) userDefaults().setFloat(*found, key);
+  };
+  keep(saved::ringtone, ledger_.found.ringtone);
+  keep(saved::playBackVolume, ledger_.found.media);
+  userDefaults().synchronize();
+}
+
+bool RestoreGuard::putBack() {
+  const PhoneState& found = ledger_.found;
+  const PhoneState now = phone();
+  const auto isAway = [](const auto& was, const auto& is) { return was && !is; };
+  if (differ(found.ringtone, now.ringtone)) setRingtone(*found.ringtone);
+  if (differ(found.media, now.media)) setMedia(*found.media);
+  if (differ(found.ringVibrate, now.ringVibrate) || differ(found.silentVibrate, now.silentVibrate)) {
+    setVibrateSwitches(found.ringVibrate.value_or(*now.ringVibrate), found.silentVibrate.value_or(*now.silentVibrate));
+  }
+  const auto manager = HMProfilesManager::sharedManager();
+  if (differ(found.doNotDisturb, now.doNotDisturb)) manager->enableORDisableDnD(*found.doNotDisturb);
+  if (now.icon.value_or(false)) manager->showORHideIconsOnSpringBoard(false);
+  device_.uiKit().sharedApplication()->setSystemVolumeHUDEnabled(true);
+  const PhoneState after = phone();
+  return !isAway(found.ringtone, now.ringtone) && !isAway(found.media, now.media) &&
+         !isAway(found.doNotDisturb, now.doNotDisturb) && !differ(found.ringtone, after.ringtone) &&
+         !differ(found.media, after.media) && !differ(found.doNotDisturb, after.doNotDisturb);
+}
+
+/// The library's own notes, which outlive a revert in part, would lead the next one astray.
+void RestoreGuard::forgetSavedState() const {
+  bool any = false;
+  for (const std::string_view key :
+       {saved::ringtone, saved::volume, saved::playBackVolume, saved::ringVibrate, saved::silentVibrate}) {
+    if (!userDefaults().valueForKey(key)) continue;
+    userDefaults().removeObjectForKey(key);
+    any = true;
+  }
+  if (any) userDefaults().synchronize();
+}
+
+}  // namespace hushmode::host

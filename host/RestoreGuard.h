@@ -1,0 +1,74 @@
+#pragma once
+
+#include "host/GuardedDevice.h"
+#include "host/Ledger.h"
+#include "store/HMProfilesManager.h"
+
+#include <functional>
+#include <set>
+#include <string>
+
+namespace hushmode::host {
+
+/// Sees to it that nothing stays changed: keeps the ledger, tells the user's changes from our own, and puts back what
+/// the library's own reverting leaves behind.
+///
+/// All that the library does happens between `begin` and `end`, so whatever changes on the phone between an `end` and
+/// the next `begin` was done by others. The user's hand wins: what it changes while a profile is applied stands until
+/// the next switch, and is what the end leads back to. The ringtone volume is the exception: the library asks whether
+/// to keep it, and unless the answer is yes the end leads back to what it was before.
+class RestoreGuard {
+ public:
+  using Profile = HMProfilesManager::Profile;
+  using Say = std::function<void(const std::string& line)>;
+
+  RestoreGuard(GuardedDevice& device, Say say) : device_(device), say_(std::move(say)) {}
+
+  /// A process has started: takes over what an earlier one left open. `applied`: the profiles that count as applied.
+  void takeOver(const std::vector<Profile>& applied);
+
+  void begin(const std::vector<Profile>& applied);
+  /// The library is about to save these profiles: the first applied one among them opens the ledger.
+  void willSave(const platform::Array& profiles);
+  /// Holds the user's hand and the union of the applied profiles against what the library just did.
+  void end(const std::vector<Profile>& applied);
+
+  /// The delayed steps of the last switch are over. With nothing applied puts everything back and closes the ledger;
+  /// with something applied makes sure that the next revert leads back to what was found. False when something could
+  /// not be put back yet: its service is away.
+  bool settle(const std::vector<Profile>& applied);
+
+  bool isOpen() const { return ledger_.open; }
+  /// What profiles change, as it is now; the icon included.
+  PhoneState phone() const;
+  /// A service came back: what it shows now is nobody's change.
+  void forgetSeen() { seen_ = {}; }
+  /// The next change of the library is wanted even where it goes over the user's hand: an edit of the profile.
+  void releaseHand() { byHand_ = {}; }
+
+ private:
+  using Identifiers = std::multiset<std::int64_t>;
+
+  void open(const PhoneState& found);
+  void save();
+  void noteChangesByOthers(const PhoneState& now, bool anyApplied);
+  void noteLateServices(const PhoneState& now);
+  void noteKeptVolume();
+  void holdTheHand(const PhoneState& now);
+  void assertUnion(const std::vector<Profile>& applied);
+  void keepSavedVolumes() const;
+  bool putBack();
+  void forgetSavedState() const;
+
+  GuardedDevice& device_;
+  Say say_;
+  Ledger ledger_, saved_;
+  bool saveFailed_ = false, waits_ = false;
+  PhoneState seen_;    ///< At the last `end`.
+  PhoneState begun_;   ///< At the last `begin`.
+  PhoneState byHand_;  ///< What the user has set since the last switch.
+  std::optional<float> keyAtBegin_;
+  Identifiers appliedAtBegin_;
+};
+
+}  // namespace hushmode::host
