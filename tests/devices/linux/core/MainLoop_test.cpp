@@ -4,7 +4,6 @@
 #include "tests/devices/linux/core/MainContext.h"
 
 #include <optional>
-#include <sys/resource.h>
 
 namespace hushmode {
 
