@@ -1,5 +1,6 @@
 #include "devices/linux/core/ClockSteps.h"
 
+#include "devices/linux/core/MainLoop.h"
 #include "tests/devices/linux/core/MainContext.h"
 
 #include <gtest/gtest.h>
@@ -66,7 +67,8 @@ TEST(ClockStepsTest, TellsNothingOnceItHasEnded) {
 TEST(ClockStepsTest, WatchesTheMachinesClockWithoutWaking) {
   ClockSteps watch([] { FAIL(); });
   bool over = false;
-  Glib::signal_timeout().connect_once([&] { over = true; }, 50);
+  MainLoop loop(nullptr);
+  loop.dispatchAfter(0.05, [&] { over = true; });
   int turns = 0;
   while (!over) {
     Glib::MainContext::get_default()->iteration(true);

@@ -109,12 +109,12 @@ TEST(WakeTimersTest, AreNeverEarlyOnTheFinestClock) {
 TEST(SystemClockTest, ReachesADateAtTheFirstNanosecondThatShowsIt) {
   EXPECT_EQ(nanosecondsReaching(Date(1'715'673'600.5)), 1'715'673'600'500'000'000);
   EXPECT_EQ(nanosecondsReaching(Date(1'715'673'600)), 1'715'673'600'000'000'000);
-  // A double of our days has steps of some 238 nanoseconds: the nanosecond before shows an earlier date.
-  for (double date = 1'715'673'600; date < 1'715'673'600.001; date = std::nextafter(date, 2e9)) {
-    const std::int64_t reached = nanosecondsReaching(Date(date));
-    const auto exact = [](std::int64_t nanoseconds) { return static_cast<long double>(nanoseconds) / 1e9L; };
-    ASSERT_GE(exact(reached), static_cast<long double>(date));
-    ASSERT_LT(exact(reached - 1), static_cast<long double>(date));
+  // A double of our days has steps of some 238 nanoseconds; counted from a whole second, all of this is exact.
+  const double whole = 1'715'673'600;
+  for (double date = whole; date < whole + 0.001; date = std::nextafter(date, 2e9)) {
+    const auto reached = static_cast<double>(nanosecondsReaching(Date(date)) - 1'715'673'600'000'000'000);
+    ASSERT_GE(reached, (date - whole) * 1e9);
+    ASSERT_LT(reached - 1, (date - whole) * 1e9);
   }
   for (const double date : {0.0, -1.0, -1e300, std::nan(""), -HUGE_VAL}) EXPECT_EQ(nanosecondsReaching(Date(date)), 1);
   for (const double date : {1e10, 1e300, HUGE_VAL}) {
