@@ -69,6 +69,8 @@ TEST(ClockStepsTest, WatchesTheMachinesClockWithoutWaking) {
   bool over = false;
   MainLoop loop(nullptr);
   loop.dispatchAfter(0.05, [&] { over = true; });
+  while (Glib::MainContext::get_default()->iteration(false)) {
+  }
   int turns = 0;
   while (!over) {
     Glib::MainContext::get_default()->iteration(true);
