@@ -1,35 +1,39 @@
 #pragma once
 
-#include "devices/shared/CalendarLayout.h"
 #include "devices/shared/CalendarSpans.h"
 #include "devices/shared/ICalSeries.h"
-#include "devices/shared/ICalZones.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
-#include <memory>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace hushmode::devices {
 
-/// What the files of one calendar hold, kept up with them.
+/// What the texts of one calendar hold: its files, or the objects of a calendar service.
 class CalendarContents {
  public:
   using Report = std::function<void(const std::string&)>;
 
-  /// Reads the files that are new or changed and drops those that are gone. Answers whether anything changed.
-  bool update(const std::vector<CalendarPlace::File>& files, ICalZones& zones, const Report& report);
+  /// Takes what the text of that name holds now. The names are also the order in which texts with the same entry count,
+  /// and tell people which one is meant. After this, and after `remove`, nothing may be asked before `arrange`.
+  void put(const std::string& name, ICalFile content);
+  /// Answers whether there was such a text.
+  bool remove(std::string_view name);
+  /// Puts together the entries of all texts; does nothing when they are the same as at the last time.
+  void arrange();
 
-  /// X-WR-CALNAME of the first file that has one; empty when none has.
+  bool has(std::string_view name) const { return texts_.contains(name); }
+
+  /// X-WR-CALNAME of the first text that has one; empty when none has.
   const std::string& name() const;
 
-  /// Appends the occurrences that overlap the span, in no order. When a file has too much to expand, what it has too
+  /// Appends the occurrences that overlap the span, in no order. When a text has too much to expand, what it has too
   /// much of is left out, and the answer is false.
   bool expand(std::int64_t from, std::int64_t to, const TimeZone& local, std::vector<ICalOccurrence>& occurrences);
-  /// Says in one line for each file of which something was left out, once per content of the file.
+  /// Says in one line for each text of which something was left out, once per content of the text.
   void reportCuts(const Report& report);
 
   /// The series with this UID, null when there is none.
@@ -37,28 +41,29 @@ class CalendarContents {
   /// Lets go of what the occurrences of entries share, so that it is made anew.
   void forgetDetails();
 
-  /// What may be expanded of one file in one query: some 50 to 100 ms of work.
-  static constexpr std::int64_t kWorkPerFile = 4'000'000;
-  /// Files larger than this are not read.
-  static constexpr std::uint64_t kLargestFile = 64U << 20;
+  /// What may be expanded of one text in one query: some 50 to 100 ms of work.
+  static constexpr std::int64_t kWorkPerText = 4'000'000;
+  /// The same for those texts of a calendar together that need more than a little.
+  static constexpr std::int64_t kWorkPerCalendar = 5 * kWorkPerText;
 
  private:
-  struct File {
-    CalendarPlace::File place;
+  struct Text {
+    std::string_view name;
     ICalFile content;
-    WorkBudget budget{kWorkPerFile};
+    WorkBudget budget{kWorkPerText};
     bool cut = false, cutReported = false;
   };
   struct Member {
     ICalSeries series;
-    File* file;
+    Text* text;
   };
 
-  void arrange();
+  void disarrange();
 
-  std::vector<std::unique_ptr<File>> files_;  ///< Ordered by path.
-  std::vector<Member> members_;               ///< Ordered by hash of the UID, then by UID.
-  CalendarSpans spans_;                       ///< Of the members.
+  std::map<std::string, Text, std::less<>> texts_;
+  bool arranged_ = true;
+  std::vector<Member> members_;  ///< Ordered by hash of the UID, then by UID.
+  CalendarSpans spans_;          ///< Of the members.
 };
 
 }  // namespace hushmode::devices

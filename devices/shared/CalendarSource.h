@@ -1,6 +1,7 @@
 #pragma once
 
-#include "devices/shared/CalendarFolder.h"
+#include "devices/shared/CalendarInfo.h"
+#include "devices/shared/TimeZone.h"
 #include "platform/PropertyList.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "devices/shared/CalendarFolder.h"
+#include "devices/shared/CalendarInfo.h"
 #include "devices/shared/ICalSeries.h"
 
 #include <cstdint>

@@ -65,6 +65,7 @@ struct ICalEntry {
 /// What a file of events holds.
 struct ICalFile {
   std::string calendarName;  ///< X-WR-CALNAME; empty when it has none.
+  bool whole = false;        ///< Whether the text has a calendar, and its end: half-written ones are not whole.
   std::vector<ICalEntry> entries;
   std::vector<std::shared_ptr<const TimeZone>> zones;  ///< Keeps the zones of the entries' times.
 };

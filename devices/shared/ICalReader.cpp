@@ -68,6 +68,7 @@ class ObjectReader {
   std::vector<std::shared_ptr<const TimeZone>> takeZones() { return zones_.takeZones(); }
 
  private:
+  std::string titleOf(std::string_view line);
   void appendLine(std::string_view line, std::string_view name);
   std::optional<ICalTime> timeOf(icalproperty* property, const icaltimetype& value);
   std::optional<ICalTime> timeOf(icalcomponent* event, icalproperty_kind kind);
@@ -95,7 +96,7 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
   ICalEntry entry;
   rules_.clear();
   for (ICalLineReader lines(event); lines.next();) {
-    if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = textOf(lines.line());
+    if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = titleOf(lines.line());
     if (equalsIgnoringCase(lines.name(), "RRULE")) rules_.emplace_back(lines.line().substr(valueBegin(lines.line())));
     if (!isParsed(lines.name())) continue;
     appendLine(lines.line(), lines.name());
@@ -128,6 +129,17 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     readRepetition(component.get(), entry);
   }
   file.entries.push_back(std::move(entry));
+}
+
+/// What a SUMMARY says, or its beginning where it is too long for any use.
+std::string ObjectReader::titleOf(std::string_view line) {
+  if (line.size() <= kLongestLine) return textOf(line);
+  report("the SUMMARY has " + std::to_string(line.size()) + " bytes: only its beginning is kept");
+  std::size_t end = kLongestLine;
+  while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U) --end;  // Not within a character.
+  std::size_t slashes = 0;
+  while (slashes < end && line[end - slashes - 1] == '\\') ++slashes;
+  return textOf(line.substr(0, end - slashes % 2));  // Nor within an escape.
 }
 
 /// Adds a line to what is parsed. The parser's time grows with the square of a line's length: long lists are cut into
@@ -271,7 +283,8 @@ void ObjectReader::readDates(icalcomponent* event, const ICalTime& start, ICalRe
 
 ICalFile readICalFile(std::string_view text, std::string_view source, ICalZones& zones, const ICalProblem& problem) {
   ICalFile file;
-  const std::vector<ICalObject> objects = splitICalText(text, problem);
+  const auto [objects, whole] = splitICalText(text, problem);
+  file.whole = whole;
   WorkBudget zoneWork(kWorkForZones);
   std::size_t events = 0, anonymous = 0;
   for (const ICalObject& object : objects) events += object.events.size();

@@ -39,7 +39,7 @@ class Splitter {
  public:
   explicit Splitter(const ICalProblem& problem) : problem_(problem) {}
 
-  std::vector<ICalObject> split(std::string_view text) {
+  ICalObjects split(std::string_view text) {
     if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
     std::string_view rest = text;
     while (!rest.empty()) {
@@ -55,8 +55,9 @@ class Splitter {
         property(before);
       }
     }
+    const bool whole = !objects_.empty() && !calendarOpen_ && (open_ == nullptr || calendarEnded_);
     reportIfOpen();
-    return std::move(objects_);
+    return {std::move(objects_), whole};
   }
 
  private:
@@ -66,6 +67,8 @@ class Splitter {
     if (!event && !zone && !calendar) return;
     // None of these lies in an event or a zone: the one before was not finished.
     reportIfOpen();
+    calendarEnded_ = false;
+    calendarOpen_ = calendarOpen_ || calendar;
     if (calendar || objects_.empty()) objects_.emplace_back();
     if (calendar) return;
     open_ = event ? &ICalObject::events : &ICalObject::timeZones;
@@ -73,6 +76,10 @@ class Splitter {
   }
 
   void end(std::string_view name, std::string_view rest) {
+    if (equalsIgnoringCase(name, "VCALENDAR")) {
+      calendarOpen_ = false;
+      calendarEnded_ = true;
+    }
     if (open_ == nullptr) return;
     if (!equalsIgnoringCase(name, open_ == &ICalObject::events ? "VEVENT" : "VTIMEZONE")) return;
     const auto length = static_cast<std::size_t>(rest.data() - begun_.data());
@@ -98,6 +105,8 @@ class Splitter {
 
   const ICalProblem& problem_;
   std::vector<ICalObject> objects_;
+  bool calendarOpen_ = false;
+  bool calendarEnded_ = false;                                 ///< No component began since.
   std::vector<std::string_view> ICalObject::*open_ = nullptr;  ///< The list that the open component belongs to.
   std::string_view begun_;                                     ///< Its BEGIN line.
 };
@@ -118,9 +127,7 @@ std::size_t valueBegin(std::string_view line) {
   return line.size();
 }
 
-std::vector<ICalObject> splitICalText(std::string_view text, const ICalProblem& problem) {
-  return Splitter(problem).split(text);
-}
+ICalObjects splitICalText(std::string_view text, const ICalProblem& problem) { return Splitter(problem).split(text); }
 
 std::string_view ICalLineReader::name() const { return line_.substr(0, line_.find_first_of(":;")); }
 

@@ -17,10 +17,15 @@ struct ICalObject {
   std::vector<std::string_view> timeZones, events;
 };
 
+struct ICalObjects {
+  std::vector<ICalObject> objects;
+  bool whole = false;  ///< Whether there is one, and the last one ends. Half-written texts are not whole.
+};
+
 /// Cuts a text into its VCALENDARs, of which there may be several (RFC 5545, 3.4). A byte-order mark, either kind of
 /// line end, small letters and components that are not closed are taken as they come. An event without its END, as a
 /// half-written file has it, is left out.
-std::vector<ICalObject> splitICalText(std::string_view text, const ICalProblem& problem);
+ICalObjects splitICalText(std::string_view text, const ICalProblem& problem);
 
 /// Reads the content lines of a component, unfolded, without those of the components nested in it (alarms).
 class ICalLineReader {

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "devices/shared/EventStores.h"
 #include "devices/simulated/MemoryCalendars.h"
 #include "devices/simulated/SimulatedFoundation.h"
 #include "platform/EventKit.h"
 
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace hushmode::devices {
 
@@ -16,7 +15,7 @@ class SimulatedCalendars final : public platform::EventKit {
   SimulatedCalendars(VirtualTime& time, Record& record, SimulatedFoundation& foundation);
   ~SimulatedCalendars() override;
 
-  std::shared_ptr<platform::EKEventStore> makeEventStore() override;
+  std::shared_ptr<platform::EKEventStore> makeEventStore() override { return stores_.make(); }
 
   /// The calendars in memory; used while no other source is set.
   MemoryCalendars& memory() { return memory_; }
@@ -25,30 +24,17 @@ class SimulatedCalendars final : public platform::EventKit {
   void setSource(CalendarSource* source);
 
   /// Every change of the calendars is recorded as a step, and told from the run loop to each store that exists.
-  void processEnded() { stores_.clear(); }
+  void processEnded() { stores_.forgetStores(); }
 
  private:
-  class Store;
-
-  const CalendarSource& source() const { return *source_; }
   void changed(const platform::Dictionary& step);
-  /// The occurrences that overlap the span, in the order of the stores. Kept for the span asked last, since all
-  /// profiles ask for the same day.
-  const std::vector<CalendarOccurrence>& sortedOccurrences(platform::Date from, platform::Date to) const;
 
   VirtualTime& time_;
   Record& record_;
   SimulatedFoundation& foundation_;
   MemoryCalendars memory_;
   CalendarSource* source_;
-  std::vector<std::weak_ptr<Store>> stores_;
-
-  struct Cached {
-    platform::Date from, to;
-    std::shared_ptr<const TimeZone> zone;
-    std::vector<CalendarOccurrence> occurrences;
-  };
-  mutable std::optional<Cached> cached_;
+  EventStores stores_;
 };
 
 }  // namespace hushmode::devices

@@ -263,5 +263,69 @@ TEST_F(CalendarFolderTest, LeavesOutFilesThatAreTooLarge) {
   EXPECT_EQ(titles(), (std::vector<std::string>{"good"}));
 }
 
+TEST_F(CalendarFolderTest, KeepsWhatAFileHeldWhileItIsHalfWritten) {
+  const std::string end = "END:VCALENDAR\r\n", two = calendarText("two");
+  std::string whole = calendarText("one");
+  whole.replace(whole.find(end), end.size(), two.substr(two.find("BEGIN:VEVENT")));
+  files.write("a/1.ics", whole);
+  folder.rescan();
+  const std::vector<std::string> both{"one", "two"};
+  EXPECT_EQ(titles(), both);
+  for (const std::size_t length : {std::size_t{0}, std::size_t{20}, whole.size() / 2, whole.size() - 4}) {
+    files.write("a/1.ics", whole.substr(0, length));
+    EXPECT_FALSE(folder.rescan()) << length;
+    EXPECT_EQ(titles(), both) << length;
+  }
+  ASSERT_EQ(diagnostics.size(), 1U) << "one line, until it can be read again";
+  EXPECT_EQ(diagnostics[0], (files.path() / "a/1.ics").string() +
+                                ": is not a whole calendar, but perhaps half-written; what it held before is kept");
+  files.write("a/1.ics", calendarText("three"));
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(titles(), std::vector<std::string>{"three"});
+  files.write("a/1.ics", "");
+  folder.rescan();
+  EXPECT_EQ(diagnostics.size(), 2U);
+}
+
+TEST_F(CalendarFolderTest, TakesWhatIsThereOfAFileThatNeverWasWhole) {
+  const std::string whole = calendarText("one") + calendarText("two") + calendarText("three");
+  files.write("a/1.ics", whole.substr(0, calendarText("one").size() + calendarText("two").size() - 5));
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(titles(), (std::vector<std::string>{"one", "two"}));
+  files.write("a/1.ics", whole.substr(0, whole.size() - 5));
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(titles(), (std::vector<std::string>{"one", "three", "two"}));
+}
+
+TEST_F(CalendarFolderTest, KeepsWhatAFileHeldWhileItCannotBeRead) {
+  files.write("a/1.ics", calendarText("one"));
+  folder.rescan();
+  // Too large, since the tests' user may read whatever has no permissions.
+  std::filesystem::resize_file(files.path() / "a/1.ics", 100U << 20);
+  EXPECT_FALSE(folder.rescan());
+  EXPECT_FALSE(folder.rescan());
+  EXPECT_EQ(titles(), std::vector<std::string>{"one"});
+  ASSERT_EQ(diagnostics.size(), 1U);
+  EXPECT_TRUE(diagnostics[0].ends_with("; what it held before is kept")) << diagnostics[0];
+  files.write("a/1.ics", calendarText("two"));
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(titles(), std::vector<std::string>{"two"});
+  std::filesystem::remove(files.path() / "a/1.ics");
+  EXPECT_TRUE(folder.rescan());
+  EXPECT_EQ(titles(), std::vector<std::string>()) << "a file that is gone has gone";
+}
+
+TEST_F(CalendarFolderTest, PutsAPrefixBeforeItsIdentifiers) {
+  files.write("a/1.ics", calendarText("one"));
+  CalendarFolder prefixed(files.path(), {}, "files:");
+  prefixed.rescan();
+  ASSERT_EQ(prefixed.calendars().size(), 1U);
+  EXPECT_EQ(prefixed.calendars()[0].calendar->calendarIdentifier(), "files:a");
+  const auto found = prefixed.withIdentifier("files:a:one", *utc);
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->details->eventIdentifier, "files:a:one");
+  EXPECT_FALSE(prefixed.rescan());
+}
+
 }  // namespace
 }  // namespace hushmode::devices

@@ -1,5 +1,6 @@
 #include "tests/devices/shared/CalendarSamples.h"
 
+#include <algorithm>
 #include <random>
 
 namespace hushmode::devices {
@@ -111,8 +112,68 @@ TEST(CalendarHostileText, LongLinesAreCutOrLeftOut) {
   EXPECT_EQ(localText(occurrences[0].start, *utc), "2026-03-30 08:00");
   EXPECT_EQ(occurrences[1].details->uniqueId, "1.ics#1");
   EXPECT_EQ(localText(occurrences[2].start, *utc), "2026-04-02 08:00");
-  ASSERT_EQ(diagnostics.size(), 1U);
+  ASSERT_EQ(diagnostics.size(), 2U);
   EXPECT_NE(diagnostics[0].find("the UID has 100004 bytes and is left out"), std::string::npos) << diagnostics[0];
+  EXPECT_NE(diagnostics[1].find("the SUMMARY has 100008 bytes: only its beginning is kept"), std::string::npos)
+      << diagnostics[1];
+  EXPECT_EQ(occurrences[1].details->title, std::string(8'192 - 8, 'u'));
+}
+
+TEST(CalendarHostileText, ATitleIsCutNeitherWithinACharacterNorWithinAnEscape) {
+  const auto utc = TimeZone::utc();
+  const struct {
+    std::string unit, read;  ///< What is repeated, and what it means.
+  } cases[] = {{"\xE2\x82\xAC", "\xE2\x82\xAC"}, {"\\,", ","}, {"\\\\", "\\"}};
+  for (const auto& [unit, read] : cases) {
+    for (const char* shift : {"", "x", "xx"}) {
+      std::string title = shift;
+      while (title.size() < 9'000) title += unit;
+      TemporaryFolder files;
+      files.write("a/1.ics", "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:u\r\nSUMMARY:" + title +
+                                 "\r\nDTSTART:20260330T080000Z\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+      CalendarFolder folder(files.path());
+      folder.rescan();
+      const auto found = folder.withUniqueId("u", *utc);
+      ASSERT_TRUE(found);
+      const std::string cut = found->details->title.value_or("");
+      ASSERT_TRUE(cut.starts_with(shift));
+      ASSERT_GT(cut.size(), 4'000U);
+      const std::string rest = cut.substr(std::string(shift).size());
+      EXPECT_EQ(rest.size() % read.size(), 0U) << unit << " after " << shift;
+      for (std::size_t at = 0; at < rest.size(); at += read.size()) ASSERT_EQ(rest.substr(at, read.size()), read);
+    }
+  }
+}
+
+TEST(CalendarHostileText, ATitleOfTenMegabytesIsCut) {
+  TemporaryFolder files;
+  files.write("a/1.ics", calendarText("u", "20260330T080000Z", "SUMMARY:shadowed\r\n"));
+  files.write("a/2.ics", calendarText(std::string(10U << 20, 'v')));
+  CalendarFolder folder(files.path());
+  folder.rescan();
+  const auto utc = TimeZone::utc();
+  const auto occurrences = folder.occurrences(instant("2026-03-30", *utc), instant("2026-03-31", *utc), *utc);
+  ASSERT_EQ(occurrences.size(), 2U);
+  EXPECT_LT(occurrences[0].details->title->size() + occurrences[1].details->title->size(), 9'000U);
+}
+
+TEST(CalendarHostileText, ManyTextsThatAreTooMuchCostNoMoreThanAFew) {
+  TemporaryFolder files;
+  for (int number = 0; number < 60; ++number) {
+    files.write(
+        "a/" + std::to_string(number) + ".ics",
+        "BEGIN:VCALENDAR\r\n" + event("u" + std::to_string(number), "RRULE:FREQ=SECONDLY\r\n") + "END:VCALENDAR\r\n");
+  }
+  files.write("a/innocent.ics", calendarText("innocent"));
+  std::vector<std::string> diagnostics;
+  CalendarFolder folder(files.path(), [&](const std::string& line) { diagnostics.push_back(line); });
+  folder.rescan();
+  const auto utc = TimeZone::utc();
+  const auto occurrences = folder.occurrences(instant("2026-03-30", *utc), instant("2026-03-31", *utc), *utc);
+  EXPECT_TRUE(std::any_of(occurrences.begin(), occurrences.end(),
+                          [](const CalendarOccurrence& o) { return o.details->uniqueId == "innocent"; }));
+  EXPECT_LT(occurrences.size(), 60U * 60 * 60 * 24 / 3) << "a third of them";
+  EXPECT_EQ(diagnostics.size(), 60U);
 }
 
 /// Whatever is done to the bytes of a calendar, the folder reads on and the calendar beside it is untouched.
