@@ -50,9 +50,8 @@ std::optional<Date> nextChange(const Conditions& conditions, const std::vector<H
   }
   std::sort(moments.begin(), moments.end());
   const bool on = expectation(conditions, events, now).on;
-  const auto change = std::find_if(moments.begin(), moments.end(), [&](Date moment) {
-    return expectation(conditions, events, moment).on != on;
-  });
+  const auto change = std::find_if(moments.begin(), moments.end(),
+                                   [&](Date moment) { return expectation(conditions, events, moment).on != on; });
   return change == moments.end() ? std::nullopt : std::optional(*change);
 }
 

@@ -12,11 +12,11 @@ namespace hushmode::host {
 /// A profile's conditions.
 struct Conditions {
   bool enabled = false;
-  bool allDay = false;                   ///< No daily window.
-  platform::Date windowStart{0};         ///< Of today; not looked at when all-day.
-  platform::Date windowEnd{0};           ///< A window that does not end after its start is never open.
-  bool onOwnNetwork = false;             ///< Joined to one of the profile's networks.
-  std::int64_t wantedStatus = 0;         ///< Of events, 1 to 3; 0: any.
+  bool allDay = false;            ///< No daily window.
+  platform::Date windowStart{0};  ///< Of today; not looked at when all-day.
+  platform::Date windowEnd{0};    ///< A window that does not end after its start is never open.
+  bool onOwnNetwork = false;      ///< Joined to one of the profile's networks.
+  std::int64_t wantedStatus = 0;  ///< Of events, 1 to 3; 0: any.
   bool allDayEventsIgnored = false;
 };
 

@@ -41,7 +41,7 @@ class GuardedDevice::Center final : public platform::NotificationCenter {
                    std::function<void(const Notification&)> handler) override {
     real().addObserver(observer, name, std::move(sender),
                        [&hooks = guard_.hooks_, handler = std::move(handler)](const Notification& notification) {
-                         hooks.enter([&] { handler(notification); });
+                         hooks.enter([&] { handler(notification); }, false);
                        });
   }
   void removeObserver(const void* observer) override { real().removeObserver(observer); }
@@ -65,11 +65,11 @@ class GuardedDevice::Foundation final : public platform::Foundation {
     return real().bundleWithPath(path);
   }
   std::shared_ptr<platform::Bundle> mainBundle() override { return real().mainBundle(); }
-  std::shared_ptr<NSTimer> timerWithTimeInterval(
-      double seconds, std::function<void(const std::shared_ptr<NSTimer>&)> action) override {
+  std::shared_ptr<NSTimer> timerWithTimeInterval(double seconds,
+                                                 std::function<void(const std::shared_ptr<NSTimer>&)> action) override {
     return real().timerWithTimeInterval(
         seconds, [&hooks = guard_.hooks_, action = std::move(action)](const std::shared_ptr<NSTimer>& timer) {
-          hooks.enter([&] { action(timer); });
+          hooks.enter([&] { action(timer); }, true);
         });
   }
   platform::SystemLog& systemLog() override { return real().systemLog(); }
@@ -101,7 +101,7 @@ class GuardedDevice::Loop final : public platform::RunLoop {
 
  private:
   std::function<void()> guarded(std::function<void()> work) const {
-    return [&hooks = guard_.hooks_, work = std::move(work)] { hooks.enter(work); };
+    return [&hooks = guard_.hooks_, work = std::move(work)] { hooks.enter(work, false); };
   }
   platform::RunLoop& real() const { return guard_.phone_.coreFoundation().mainRunLoop(); }
   GuardedDevice& guard_;
@@ -127,9 +127,11 @@ class GuardedDevice::Kit final : public platform::UIKit {
   std::shared_ptr<platform::UIAlertView> makeAlertView(platform::UIAlertDescription description) override {
     description.clickedButtonAtIndex = [&hooks = guard_.hooks_, answer = std::move(description.clickedButtonAtIndex)](
                                            const std::shared_ptr<platform::UIAlertView>& alert, int button) {
-      hooks.enter([&] {
-        if (answer) answer(alert, button);
-      });
+      hooks.enter(
+          [&] {
+            if (answer) answer(alert, button);
+          },
+          false);
     };
     return real().makeAlertView(std::move(description));
   }
@@ -178,9 +180,7 @@ class GuardedDevice::Timer final : public PCSimpleTimer {
 
  private:
   std::shared_ptr<Timer> self() { return std::static_pointer_cast<Timer>(shared_from_this()); }
-  bool isArmed() {
-    return std::find(armed_->timers.begin(), armed_->timers.end(), self()) != armed_->timers.end();
-  }
+  bool isArmed() { return std::find(armed_->timers.begin(), armed_->timers.end(), self()) != armed_->timers.end(); }
 
   Date fireDate_;
   Dictionary userInfo_;
@@ -204,7 +204,7 @@ class GuardedDevice::TimerClass final : public PCSimpleTimer::Class {
           const auto fired = weak.lock();
           if (!fired) return;
           fired->forget();
-          if (hooks.mayWake()) hooks.enter([&] { action(fired); });
+          if (hooks.mayWake()) hooks.enter([&] { action(fired); }, true);
         },
         std::move(userInfo)));
     return timer;

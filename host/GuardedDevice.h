@@ -13,8 +13,8 @@ namespace hushmode::host {
 
 /// What a guarded device tells its host.
 struct GuardHooks {
-  /// Runs a piece of work that the library queued, or a call of one of its observers.
-  std::function<void(const std::function<void()>& work)> enter;
+  /// Runs a piece of work that the library queued, or a call of one of its observers. Only its timers plan.
+  std::function<void(const std::function<void()>& work, bool plans)> enter;
   /// Whether a fired wake-up may reach the library.
   std::function<bool()> mayWake;
   /// The library is about to replace this array file: nothing of what it announces has been done yet.

@@ -53,7 +53,8 @@ struct PlannedWakeUp {
 /// What the home screen's process does with the library: it hands it every trigger, keeps it to what the phone's user
 /// expects, and sees to it that a phone is never left silent.
 ///
-/// - It plans at its start, at local midnight with a reload, after resume and changes of clock, zone, network, calendar,
+/// - It plans at its start, at local midnight with a reload, after resume and changes of clock, zone, network,
+/// calendar,
 ///   settings and profiles. Where the library loses a wake-up, the host looks itself, at the second that matters.
 /// - Off means off: while the master switch is off nothing is applied, armed or woken.
 /// - Nothing stays changed: see RestoreGuard. `settleSeconds` after the last switch everything is as it was.
@@ -95,6 +96,8 @@ class Host {
   void settingsChanged();
   /// Another program wrote the profiles file.
   void profilesFileChanged();
+  /// Something that profiles change was changed by others: it is noted at once.
+  void phoneChanged();
   /// To be called before observers are told of a change of volume.
   void volumeIsChanging(bool byUser);
   /// A service that was away is back: what it lacks is asserted or put back.
@@ -183,8 +186,8 @@ class Host {
   std::deque<Switch> recent_;
 
   int depth_ = 0;
-  bool planned_ = false;       ///< Something in this piece may call for another look.
-  bool enabled_ = false;       ///< The master switch, as last seen.
+  bool planned_ = false;  ///< Something in this piece may call for another look.
+  bool enabled_ = false;  ///< The master switch, as last seen.
   bool reassertLater_ = false;
   std::vector<std::int64_t> order_;  ///< The applied profiles, the latest last.
   std::uint64_t settleRound_ = 0, leaveRound_ = 0;

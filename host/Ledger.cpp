@@ -56,6 +56,7 @@ Ledger Ledger::load() {
   ledger.found.doNotDisturb = flagOf(entry->find("doNotDisturb"));
   ledger.ringtonesSet = volumesOf(entry->find("ringtonesSet"));
   ledger.mediasSet = volumesOf(entry->find("mediasSet"));
+  ledger.doNotDisturbSet = flagOf(entry->find("doNotDisturbSet")).value_or(false);
   return ledger;
 }
 
@@ -70,6 +71,7 @@ bool Ledger::save() const {
     put(entry, "doNotDisturb", found.doNotDisturb);
     entry.set("ringtonesSet", arrayOf(ringtonesSet));
     entry.set("mediasSet", arrayOf(mediasSet));
+    entry.set("doNotDisturbSet", doNotDisturbSet);
     content.emplace_back(std::move(entry));
   }
   return platform::device().foundation().files().writeArrayToFileAtomically(content, path);

@@ -21,6 +21,7 @@ struct Ledger {
   /// Volumes that profiles have set since: a phone that shows one of them after a death was left so by us, any other
   /// was set by the user.
   std::vector<float> ringtonesSet, mediasSet;
+  bool doNotDisturbSet = false;  ///< Whether a profile has switched Do Not Disturb on since.
   bool operator==(const Ledger&) const = default;
 
   /// The ledger on the current process's device; closed when there is none, and when it holds nothing readable.

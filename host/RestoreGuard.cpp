@@ -52,6 +52,7 @@ void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   if (ledger_.open) {
     adopt(ledger_.found.ringtone, ledger_.ringtonesSet, now.ringtone);
     adopt(ledger_.found.media, ledger_.mediasSet, now.media);
+    if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
     // The answer to keep a volume reaches the library's saved state first.
     const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
     if (kept && !isAmong(ledger_.ringtonesSet, *kept)) ledger_.found.ringtone = kept;
@@ -100,7 +101,10 @@ void RestoreGuard::noteChangesByOthers(const PhoneState& now, bool anyApplied) {
     hand = is;
     return true;
   };
-  if (note(seen_.ringtone, now.ringtone, byHand_.ringtone) && !anyApplied) ledger_.found.ringtone = now.ringtone;
+  if (note(seen_.ringtone, now.ringtone, byHand_.ringtone)) {
+    if (!anyApplied) ledger_.found.ringtone = now.ringtone;
+    asked_ = now.ringtone;
+  }
   if (note(seen_.media, now.media, byHand_.media)) {
     ledger_.found.media = now.media;
     // So that the library's own revert leads there at once, without a detour.
@@ -120,6 +124,7 @@ void RestoreGuard::willSave(const platform::Array& profiles) {
     if (!ledger_.open) open(begun_);
     addOnce(ledger_.ringtonesSet, floatMeaning(profile->find("ringerVolume")));
     addOnce(ledger_.mediasSet, floatMeaning(profile->find("playBackVolume")));
+    ledger_.doNotDisturbSet = ledger_.doNotDisturbSet || booleanMeaning(profile->find("dnDEnabled"));
   }
   if (ledger_.open) save();
 }
@@ -129,6 +134,7 @@ void RestoreGuard::open(const PhoneState& found) {
   ledger_.open = true;
   ledger_.found = found;
   byHand_ = {};
+  asked_.reset();
   save();
 }
 
@@ -139,8 +145,9 @@ void RestoreGuard::save() {
     saveFailed_ = false;
   } else if (!saveFailed_) {
     saveFailed_ = true;
-    say_("the phone's present settings cannot be noted on disk; they are put back all the same unless this process "
-         "dies. Make room in the state folder, or make it writable.");
+    say_(
+        "the phone's present settings cannot be noted on disk; they are put back all the same unless this process "
+        "dies. Make room in the state folder, or make it writable.");
   }
 }
 
@@ -158,10 +165,13 @@ void RestoreGuard::end(const std::vector<Profile>& applied) {
   seen_ = readPhoneState();
 }
 
-/// The answer to keep a changed ringtone volume shows as another saved volume.
+/// The answer to keep a changed ringtone volume shows as another saved volume. What is kept is what the user set: with
+/// several profiles applied, the library may have noted it at another than the one that it asks.
 void RestoreGuard::noteKeptVolume() {
   const auto key = savedVolume(saved::ringtone);
-  if (differ(keyAtBegin_, key)) ledger_.found.ringtone = key;
+  if (!differ(keyAtBegin_, key)) return;
+  ledger_.found.ringtone = asked_ ? asked_ : key;
+  if (differ(ledger_.found.ringtone, key)) userDefaults().setFloat(*ledger_.found.ringtone, saved::ringtone);
 }
 
 /// Nothing switched: what the library asserted again is not to go over what the user has set since.

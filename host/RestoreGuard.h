@@ -64,9 +64,10 @@ class RestoreGuard {
   Say say_;
   Ledger ledger_, saved_;
   bool saveFailed_ = false, waits_ = false;
-  PhoneState seen_;    ///< At the last `end`.
-  PhoneState begun_;   ///< At the last `begin`.
-  PhoneState byHand_;  ///< What the user has set since the last switch.
+  PhoneState seen_;             ///< At the last `end`.
+  PhoneState begun_;            ///< At the last `begin`.
+  PhoneState byHand_;           ///< What the user has set since the last switch.
+  std::optional<float> asked_;  ///< The ringtone volume that the library's question is about.
   std::optional<float> keyAtBegin_;
   Identifiers appliedAtBegin_;
 };

@@ -31,7 +31,8 @@ void SwitchWatch::watch(HMProfilesManager& manager) {
   manager_ = &manager;
   for (const auto& profile : manager.profiles()) {
     if (profile->isApplied())
-      applied_.try_emplace(profile->identifier(), Applied{profile->title().value_or(untitled), "applied before", std::nullopt, false, phone_.now()});
+      applied_.try_emplace(profile->identifier(), Applied{profile->title().value_or(untitled), "applied before",
+                                                          std::nullopt, false, phone_.now()});
   }
 }
 
@@ -42,7 +43,8 @@ SwitchWatch::Applied SwitchWatch::reasonToApply(HMProfile& profile) {
     return {title, quoted(list->front()->title()), list->front()->endDate(), false, phone_.now()};
   }
   const auto network = phone_.joinedNetwork();
-  if (network && profile.hasWiFiNetwork(network)) return {title, "network " + *network, std::nullopt, true, phone_.now()};
+  if (network && profile.hasWiFiNetwork(network))
+    return {title, "network " + *network, std::nullopt, true, phone_.now()};
   return {title, "by hand", std::nullopt, false, phone_.now()};
 }
 

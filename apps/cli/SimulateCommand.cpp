@@ -24,7 +24,7 @@ using simulation::Scenario;
 struct Options {
   std::optional<std::string> scenario;
   simulation::ScenarioOptions given;
-  bool verbose = false, json = false;
+  bool verbose = false, json = false, host = true;
 };
 
 /// Says on standard error how far a simulation has come, once it takes longer than a second.
@@ -85,10 +85,11 @@ int simulate(const Options& options) {
     audience.entry = [&](const devices::RecordEntry& entry) { std::cout << lineOf(jsonOf(entry, *zone)) << '\n'; };
   } else {
     if (options.verbose) audience.entry = [&](const devices::RecordEntry& entry) { timeline.add(entry); };
-    audience.switched = [&](const simulation::Switch& each) { timeline.add(each); };
+    audience.switched = [&](const host::Switch& each) { timeline.add(each); };
   }
 
-  simulation::Simulation simulation(std::move(scenario), std::move(audience));
+  simulation::Simulation simulation(std::move(scenario), std::move(audience),
+                                    options.host ? simulation::Hosting::Full : simulation::Hosting::Least);
   simulation.run();
   if (!options.json) timeline.finish();
   return Done;
@@ -109,6 +110,8 @@ void addSimulateCommand(CLI::App& program, Command& chosen) {
       ->type_name("TIME");
   command->add_option("--zone", options->given.zone, "The phone's time zone, such as Europe/Berlin")->type_name("ZONE");
   command->add_flag("-v,--verbose", options->verbose, "Show the decisions, too");
+  command->add_flag("--host,!--no-host", options->host,
+                    "With the host's guards, as on a real phone (the default), or the bare library");
   command->add_flag("--json", options->json, "Print the whole record as JSON lines");
   command->footer(
       "Times are local: 2026-11-24, 2026-11-24T09:30, or with seconds. Nothing is written to any file.\n\n"

@@ -6,7 +6,7 @@
 
 namespace hushmode::cli {
 
-using simulation::Switch;
+using host::Switch;
 
 Timeline::Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, bool decisions)
     : out_(out), terminal_(terminal), zone_(std::move(zone)), decisions_(decisions) {}
@@ -43,8 +43,7 @@ void Timeline::print(const Line& line, std::size_t profileColumns, std::size_t r
   out_ << "  " << time << "  " << terminal_.styled(padded(harmless(each.profile), profileColumns), Style::Bold) << "  "
        << terminal_.styled(each.on ? "on " : "off", each.on ? Style::Green : Style::Red) << "  "
        << padded(harmless(each.reason), reasonColumns) << "  "
-       << (each.withNext ? "(changed together with the next line)"
-                         : simulation::differenceText(each.before, each.after))
+       << (each.withNext ? "(changed together with the next line)" : host::differenceText(each.before, each.after))
        << '\n';
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/cli/Terminal.h"
-#include "apps/simulation/Switches.h"
+#include "host/Switches.h"
 #include "devices/shared/TimeZone.h"
 #include "devices/simulated/Record.h"
 
@@ -17,7 +17,7 @@ class Timeline {
   /// `decisions`: also the record's lines, each at its time.
   Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, bool decisions);
 
-  void add(const simulation::Switch& each);
+  void add(const host::Switch& each);
   void add(const devices::RecordEntry& entry);
   /// Prints what has not been printed yet, and a closing line that says how many switches there were.
   void finish();
@@ -26,7 +26,7 @@ class Timeline {
   struct Line {
     platform::Date at;
     bool isSwitch;
-    simulation::Switch each;
+    host::Switch each;
     std::string text;
   };
   void insert(Line line);

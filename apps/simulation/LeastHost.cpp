@@ -1,6 +1,7 @@
 #include "apps/simulation/LeastHost.h"
 
 #include "apps/simulation/TimeText.h"
+#include "effects/VolumeMarks.h"
 #include "model/TimeOfDay.h"
 
 #include <stdexcept>
@@ -27,9 +28,14 @@ std::shared_ptr<HMProfilesManager> manager() { return HMProfilesManager::sharedM
 }  // namespace
 
 LeastHost::LeastHost(devices::SimulatedPhone& phone, Complaint complain)
-    : phone_(phone), complain_(std::move(complain)) {}
+    : phone_(phone), complain_(std::move(complain)) {
+  // Below system 11 the library reads the mark the other way round; nobody marks its own changes here.
+  phone_.sound().setOnChange([this](bool byUser) {
+    if (byUser && process_) setHm_ChangedViaHWButtons(phone_.sound().sharedAVSystemController(), true);
+  });
+}
 
-LeastHost::~LeastHost() = default;
+LeastHost::~LeastHost() { phone_.sound().setOnChange({}); }
 
 void LeastHost::start() {
   if (process_) return;
@@ -95,6 +101,34 @@ void LeastHost::masterSwitchChanged(bool on) {
   if (!process_) return;
   guard([&] { manager()->handleHushmodeEnabledOrDisabled(); });
   if (on && plansByItself_) plan(false);
+}
+
+void LeastHost::addProfile(const platform::Dictionary& profile) {
+  guard([&] {
+    manager()->addProfile(HMProfile::initWithDictionary(profile), nullptr, complaining("the profile was not added"));
+  });
+  plan(false);
+}
+
+void LeastHost::editProfile(const std::shared_ptr<HMProfile>& profile, const platform::Dictionary& changes) {
+  guard([&] {
+    platform::Dictionary edited = profile->dictionaryRepresentation();
+    for (const auto& [key, value] : changes) edited.set(key, value);
+    manager()->updateProfile(HMProfile::initWithDictionary(edited), nullptr, complaining("the edit was not saved"));
+  });
+  plan(false);
+}
+
+void LeastHost::deleteProfile(const std::shared_ptr<HMProfile>& profile) {
+  guard([&] { manager()->deleteProfile(profile, nullptr, complaining("the profile was not deleted")); });
+  plan(false);
+}
+
+HMProfilesManager::Failure LeastHost::complaining(const std::string& what) {
+  return [this, what](const StoreError& error) {
+    const auto description = error.userInfo.find("NSLocalizedDescriptionKey");
+    complain_(what + ": " + (description == error.userInfo.end() ? "no reason given" : description->second));
+  };
 }
 
 void LeastHost::guard(const std::function<void()>& work) {

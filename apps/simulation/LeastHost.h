@@ -1,8 +1,8 @@
 #pragma once
 
+#include "apps/simulation/HostDriver.h"
 #include "devices/simulated/SimulatedPhone.h"
 #include "platform/Process.h"
-#include "store/HMProfilesManager.h"
 
 #include <functional>
 #include <memory>
@@ -11,41 +11,36 @@
 
 namespace hushmode::simulation {
 
-/// Says, in a line for people, what went wrong with which profile.
-using Complaint = std::function<void(const std::string&)>;
-
-/// The least that a host does with the library, on a simulated phone: it plans at its start, at each local midnight
-/// with a reload (windows are kept per profile object), and after each change of network. A profile whose times cannot
-/// be read is complained of once, by title, and the others are planned all the same.
-class LeastHost {
+/// The least that a host does with the library, on a simulated phone, so that the library's own behaviour shows: it
+/// plans at its start, at each local midnight with a reload (windows are kept per profile object), and after each
+/// change of network or profile. A profile whose times cannot be read is complained of once, by title, and the others
+/// are planned all the same.
+class LeastHost final : public HostDriver {
  public:
   LeastHost(devices::SimulatedPhone& phone, Complaint complain);
-  ~LeastHost();
-  LeastHost(const LeastHost&) = delete;
-  LeastHost& operator=(const LeastHost&) = delete;
+  ~LeastHost() override;
 
-  /// Starts the process, as the phone does after its own start or after the process died.
-  void start();
-  /// The process dies: nothing is reverted or saved.
-  void kill();
-  bool isRunning() const { return process_ != nullptr; }
+  void start() override;
+  void kill() override;
+  bool isRunning() const override { return process_ != nullptr; }
+  void setOnStart(std::function<void(HMProfilesManager&)> onStart) override { onStart_ = std::move(onStart); }
+  void plan(bool reload) override;
+  void networkChanged() override;
+  void clockChanged() override {}
+  void resumed() override {}
+  void masterSwitchChanged(bool on) override;
+  void addProfile(const platform::Dictionary& profile) override;
+  void editProfile(const std::shared_ptr<HMProfile>& profile, const platform::Dictionary& changes) override;
+  void deleteProfile(const std::shared_ptr<HMProfile>& profile) override;
+  /// Afterwards the other profiles are planned.
+  void guard(const std::function<void()>& work) override;
 
-  /// Plans all active profiles, with a reload of the file first if asked to. Nothing while not running.
-  void plan(bool reload);
-  void networkChanged();
-  /// After the master switch was set in the settings file.
-  void masterSwitchChanged(bool on);
-
-  /// Runs `work` and complains of whatever it throws; afterwards the other profiles are planned.
-  void guard(const std::function<void()>& work);
-
-  /// Called after each start of a process, with its manager.
-  void setOnStart(std::function<void(HMProfilesManager&)> onStart) { onStart_ = std::move(onStart); }
   /// Whether this host plans by itself (at start, midnight and changes of network); true at first.
   void setPlansByItself(bool plans) { plansByItself_ = plans; }
 
  private:
   void armMidnight();
+  HMProfilesManager::Failure complaining(const std::string& what);
   void complainOnce(const std::string& text);
   /// Complains of profiles whose window cannot be read; true when there are any.
   bool complainOfUnreadableWindows();

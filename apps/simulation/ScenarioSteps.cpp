@@ -27,6 +27,14 @@ Perform onPhone(const JsonReader& json, std::function<void(SimulatedPhone&)> wor
   };
 }
 
+/// A step on the phone that its host is told of.
+Perform followed(Perform step, void (HostDriver::*tell)()) {
+  return [step = std::move(step), tell](Simulation& simulation) {
+    step(simulation);
+    (simulation.host().*tell)();
+  };
+}
+
 /// Events can only be changed where the scenario itself lists them.
 void requireListedEvents(const JsonReader& json, const Scenario& scenario) {
   if (scenario.calendarFolder) {
@@ -147,8 +155,19 @@ Perform forget(const JsonReader& json, const Scenario&) {
 // --- The user and the phone ---
 
 Perform pressVolume(const JsonReader& json, const Scenario&) {
-  json.requireKeys({"at", "do", "volume"});
-  return [volume = float(json.require("volume").number(0, 1))](Simulation& s) { s.pressVolume(volume); };
+  json.requireKeys({"at", "do", "volume", "category"});
+  using devices::SimulatedSound;
+  std::string_view category = SimulatedSound::ringtone;
+  if (const auto given = json.find("category")) {
+    if (given->text() == "media") {
+      category = SimulatedSound::media;
+    } else if (given->text() != "ringtone") {
+      given->fail("expected \"ringtone\" or \"media\"");
+    }
+  }
+  return [category, volume = float(json.require("volume").number(0, 1))](Simulation& s) {
+    s.pressVolume(category, volume);
+  };
 }
 
 Perform answer(const JsonReader& json, const Scenario&) {
@@ -180,19 +199,20 @@ Perform suspend(const JsonReader& json, const Scenario&) {
 
 Perform resume(const JsonReader& json, const Scenario&) {
   json.requireKeys({"at", "do"});
-  return onPhone(json, [](SimulatedPhone& p) { p.resume(); });
+  return followed(onPhone(json, [](SimulatedPhone& p) { p.resume(); }), &HostDriver::resumed);
 }
 
 Perform setClock(const JsonReader& json, const Scenario& scenario) {
   json.requireKeys({"at", "do", "to"});
-  return onPhone(json, [to = readTime(json.require("to"), scenario)](SimulatedPhone& p) { p.jumpClockTo(to); });
+  const auto to = readTime(json.require("to"), scenario);
+  return followed(onPhone(json, [to](SimulatedPhone& p) { p.jumpClockTo(to); }), &HostDriver::clockChanged);
 }
 
 Perform setZone(const JsonReader& json, const Scenario&) {
   json.requireKeys({"at", "do", "zone"});
   const std::string name = json.require("zone").text();
   if (!devices::TimeZone::named(name)) json.require("zone").fail("the system knows no time zone \"" + name + "\"");
-  return onPhone(json, [name](SimulatedPhone& p) { p.moveToTimeZone(name); });
+  return followed(onPhone(json, [name](SimulatedPhone& p) { p.moveToTimeZone(name); }), &HostDriver::clockChanged);
 }
 
 Perform fault(const JsonReader& json, const Scenario&) { return onPhone(json, readFault(json)); }

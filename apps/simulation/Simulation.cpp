@@ -1,6 +1,8 @@
 #include "apps/simulation/Simulation.h"
 
-#include "effects/VolumeMarks.h"
+#include "apps/simulation/FullHost.h"
+#include "apps/simulation/LeastHost.h"
+#include "util/Numbers.h"
 
 #include <algorithm>
 
@@ -13,6 +15,9 @@ namespace {
 
 constexpr double progressStep = 86400;  // Often enough: a day takes milliseconds.
 
+/// Thrown where a host dies. No standard exception: nothing in the host may catch it.
+struct HostDies {};
+
 void recordTable(devices::SimulatedPhone& phone, HMProfilesManager& manager) {
   manager.scheduledEventsDict().onRecord = [&phone](std::int64_t identifier, const ScheduledEvents::Event& event) {
     phone.record().append(devices::kind::table, {{"identifier", identifier}, {"event", event->description()}});
@@ -21,12 +26,27 @@ void recordTable(devices::SimulatedPhone& phone, HMProfilesManager& manager) {
 
 }  // namespace
 
-Simulation::Simulation(Scenario scenario, Audience audience)
+PhoneState stateOf(devices::SimulatedPhone& phone) {
+  using devices::SimulatedSound;
+  const auto& domains = phone.defaults().domains();
+  const auto domain = domains.find("com.apple.springboard");
+  const auto isOn = [&](std::string_view key) {
+    return domain != domains.end() && booleanMeaning(domain->second.find(key));
+  };
+  return {.ringtone = phone.sound().volume(SimulatedSound::ringtone).value_or(0),
+          .media = phone.sound().mediaVolume(),
+          .ringVibrate = isOn("ring-vibrate"),
+          .silentVibrate = isOn("silent-vibrate"),
+          .doNotDisturb = phone.controlCenter().isDoNotDisturbOn(),
+          .icon = phone.statusBar().isIconVisible()};
+}
+
+Simulation::Simulation(Scenario scenario, Audience audience, Hosting hosting)
     : scenario_(std::move(scenario)), audience_(std::move(audience)) {
   phone_ = std::make_unique<devices::SimulatedPhone>(scenario_.from, scenario_.zone);
   phone_->record().setKeepsEntries(false);
   phone_->record().setListening(audience_.decisions);
-  phone_->record().setListener(audience_.entry);
+  phone_->record().setListener([this](const devices::RecordEntry& entry) { hear(entry); });
   if (scenario_.calendarFolder) {
     folder_ = std::make_unique<devices::FolderCalendars>(*scenario_.calendarFolder,
                                                          [this](const std::string& line) { complain(line); });
@@ -37,11 +57,20 @@ Simulation::Simulation(Scenario scenario, Audience audience)
   phone_->files().memory().set(HMProfilesManager::settingsPath,
                                Dictionary{{"com.quorvel.hushmode.enabled", scenario_.enabled}});
 
-  switches_ = std::make_unique<SwitchWatch>(*phone_, [this](const Switch& each) {
-    if (audience_.switched) audience_.switched(each);
-  });
-  host_ = std::make_unique<LeastHost>(*phone_, [this](const std::string& text) { complain(text); });
-  host_->setPlansByItself(scenario_.hostPlans);
+  switches_ = std::make_unique<SwitchWatch>(
+      host::WatchedPhone{[this] { return phone_->time().now(); }, [this] { return stateOf(*phone_); },
+                         [this] { return phone_->wifi().joined(); }},
+      [this](const Switch& each) {
+        if (audience_.switched) audience_.switched(each);
+      });
+  const auto complaint = [this](const std::string& text) { complain(text); };
+  if (hosting == Hosting::Full) {
+    host_ = std::make_unique<FullHost>(*phone_, complaint);
+  } else {
+    auto least = std::make_unique<LeastHost>(*phone_, complaint);
+    least->setPlansByItself(scenario_.hostPlans);
+    host_ = std::move(least);
+  }
   host_->setOnStart([this](HMProfilesManager& manager) {
     recordTable(*phone_, manager);
     switches_->watch(manager);
@@ -57,11 +86,11 @@ Simulation::~Simulation() {
 }
 
 void Simulation::run() {
-  host_->start();
+  mortally([this] { host_->start(); });
   switches_->look();
   for (const Step& step : scenario_.steps) {
     runUntil(step.at);
-    step.perform(*this);
+    mortally([&] { step.perform(*this); });
     switches_->look();
     switches_->setCause({});
   }
@@ -69,15 +98,40 @@ void Simulation::run() {
   switches_->finish();
 }
 
+void Simulation::hear(const devices::RecordEntry& entry) {
+  if (audience_.entry) audience_.entry(entry);
+  // What the user and the world do is done; only the host's own work is cut short.
+  if (!death_ || died_ || entry.kind == devices::kind::phone || ++entries_ < death_->entry) return;
+  died_ = true;
+  throw HostDies();
+}
+
+void Simulation::mortally(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const HostDies&) {
+    kill();
+    restartAt_ = phone_->time().now().addingSeconds(death_->restartSeconds);
+  }
+}
+
 void Simulation::runUntil(Date date) {
-  while (phone_->time().now() < date) {
-    const Date next = std::min(date, phone_->time().now().addingSeconds(progressStep));
+  while (phone_->time().now() < date || (restartAt_ && *restartAt_ <= date)) {
+    Date next = std::min(date, phone_->time().now().addingSeconds(progressStep));
+    if (restartAt_) next = std::min(next, *restartAt_);
     bool reached = false;
     while (!reached) {
-      host_->guard([&] {
-        phone_->time().runUntil(next);
-        reached = true;
+      mortally([&] {
+        host_->guard([&] {
+          phone_->time().runUntil(next);
+          reached = true;
+        });
       });
+      if (restartAt_ && !reached) break;
+    }
+    if (restartAt_ && *restartAt_ <= phone_->time().now()) {
+      restartAt_.reset();
+      mortally([this] { start(); });
     }
     if (audience_.progress) audience_.progress(next);
   }
@@ -108,45 +162,20 @@ std::shared_ptr<HMProfile> Simulation::profileTitled(const std::string& title) {
 }
 
 void Simulation::editProfile(const std::string& title, const Dictionary& changes) {
-  const auto profile = profileTitled(title);
-  if (!profile) return;
-  host_->guard([&] {
-    Dictionary edited = profile->dictionaryRepresentation();
-    for (const auto& [key, value] : changes) edited.set(key, value);
-    HMProfilesManager::sharedManager()->updateProfile(HMProfile::initWithDictionary(edited), nullptr,
-                                                      complaining("the edit was not saved"));
-  });
-  host_->plan(false);
+  if (const auto profile = profileTitled(title)) host_->editProfile(profile, changes);
 }
 
 void Simulation::addProfile(const Dictionary& profile) {
   if (!host_->isRunning()) return complain("no profile can be added: the host is not running");
-  host_->guard([&] {
-    HMProfilesManager::sharedManager()->addProfile(HMProfile::initWithDictionary(profile), nullptr,
-                                                   complaining("the profile was not added"));
-  });
-  host_->plan(false);
+  host_->addProfile(profile);
 }
 
 void Simulation::deleteProfile(const std::string& title) {
-  if (const auto profile = profileTitled(title)) {
-    host_->guard([&] {
-      HMProfilesManager::sharedManager()->deleteProfile(profile, nullptr, complaining("the profile was not deleted"));
-    });
-    host_->plan(false);
-  }
+  if (const auto profile = profileTitled(title)) host_->deleteProfile(profile);
 }
 
-void Simulation::pressVolume(float volume) {
-  if (host_->isRunning()) setHm_ChangedViaHWButtons(phone_->sound().sharedAVSystemController(), true);
-  host_->guard([&] { phone_->sound().pressVolumeButton(devices::SimulatedSound::ringtone, volume); });
-}
-
-HMProfilesManager::Failure Simulation::complaining(const std::string& what) {
-  return [this, what](const StoreError& error) {
-    const auto description = error.userInfo.find("NSLocalizedDescriptionKey");
-    complain(what + ": " + (description == error.userInfo.end() ? "no reason given" : description->second));
-  };
+void Simulation::pressVolume(std::string_view category, float volume) {
+  host_->guard([&] { phone_->sound().pressVolumeButton(category, volume); });
 }
 
 void Simulation::complain(const std::string& text) {

@@ -1,16 +1,21 @@
 #pragma once
 
-#include "apps/simulation/LeastHost.h"
+#include "apps/simulation/HostDriver.h"
 #include "apps/simulation/Scenario.h"
-#include "apps/simulation/Switches.h"
 #include "devices/shared/FolderCalendars.h"
 #include "devices/simulated/SimulatedPhone.h"
+#include "host/Switches.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace hushmode::simulation {
+
+using host::PhoneState;
+using host::Switch;
+using host::SwitchWatch;
 
 /// Who wants to hear what of a simulation. Empty callbacks want nothing.
 struct Audience {
@@ -21,17 +26,29 @@ struct Audience {
   bool decisions = false;                                  ///< Whether log lines are wanted in the record.
 };
 
+/// What profiles change on the phone, as it is now.
+PhoneState stateOf(devices::SimulatedPhone& phone);
+
+/// Who drives the library: the real host, or the least that shows its own behaviour.
+enum class Hosting { Full, Least };
+
 /// A scenario at work on a simulated phone.
 class Simulation {
  public:
-  Simulation(Scenario scenario, Audience audience);
+  Simulation(Scenario scenario, Audience audience, Hosting hosting);
   ~Simulation();
 
   /// Plays the whole scenario.
   void run();
 
+  /// The host is to die in the midst of its work, once, when it has caused this many entries of the record, and to be
+  /// started again `restartSeconds` later. To be set before `run`.
+  void setDeath(std::size_t entry, double restartSeconds) { death_ = Death{entry, restartSeconds}; }
+  /// Whether it came to that.
+  bool hasDied() const { return died_; }
+
   devices::SimulatedPhone& phone() { return *phone_; }
-  LeastHost& host() { return *host_; }
+  HostDriver& host() { return *host_; }
   SwitchWatch& switches() { return *switches_; }
 
   // What steps do beyond the phone itself:
@@ -47,20 +64,30 @@ class Simulation {
   void addProfile(const platform::Dictionary& profile);
   void deleteProfile(const std::string& title);
   /// The user presses the volume buttons; the host marks the change as the user's.
-  void pressVolume(float volume);
+  void pressVolume(std::string_view category, float volume);
 
  private:
+  struct Death {
+    std::size_t entry;
+    double restartSeconds;
+  };
+  void hear(const devices::RecordEntry& entry);
+  /// Runs `work`, in which the host may die.
+  void mortally(const std::function<void()>& work);
   void runUntil(platform::Date date);
   std::shared_ptr<HMProfile> profileTitled(const std::string& title);
   void complain(const std::string& text);
-  HMProfilesManager::Failure complaining(const std::string& what);
 
   Scenario scenario_;
   Audience audience_;
+  std::optional<Death> death_;
+  bool died_ = false;
+  std::size_t entries_ = 0;
+  std::optional<platform::Date> restartAt_;
   std::unique_ptr<devices::FolderCalendars> folder_;
   std::unique_ptr<devices::SimulatedPhone> phone_;
   std::unique_ptr<SwitchWatch> switches_;
-  std::unique_ptr<LeastHost> host_;
+  std::unique_ptr<HostDriver> host_;
 };
 
 }  // namespace hushmode::simulation

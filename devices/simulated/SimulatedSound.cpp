@@ -127,7 +127,7 @@ void SimulatedSound::pressVolumeButton(std::string_view category, float volume) 
   }
   record_.step("volume button", {{"category", category}, {"volume", volume}});
   isMedia ? setMediaVolume(volume) : setVolume(category, volume);
-  deliverNotice(category, clamped(volume));
+  deliverNotice(category, clamped(volume), true);
 }
 
 bool SimulatedSound::write(std::string_view category, float volume) {
@@ -150,15 +150,16 @@ void SimulatedSound::notice(std::string_view category, float volume) {
     case Notices::None:
       break;
     case Notices::InsideTheCall:
-      deliverNotice(category, volume);
+      deliverNotice(category, volume, false);
       break;
     case Notices::FromTheRunLoop:
-      time_.after(0, [this, category = std::string(category), volume] { deliverNotice(category, volume); });
+      time_.after(0, [this, category = std::string(category), volume] { deliverNotice(category, volume, false); });
       break;
   }
 }
 
-void SimulatedSound::deliverNotice(std::string_view category, float volume) {
+void SimulatedSound::deliverNotice(std::string_view category, float volume, bool byUser) {
+  if (onChange_) onChange_(byUser);
   center_.deliver({std::string(AVSystemController::systemVolumeDidChangeNotification),
                    sharedAVSystemController(),
                    {{"AVSystemController_AudioCategoryNotificationParameter", platform::Value(category)},

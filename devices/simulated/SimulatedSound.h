@@ -5,6 +5,7 @@
 #include "devices/simulated/SimulatedNotifications.h"
 #include "platform/Celestial.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -40,10 +41,12 @@ class SimulatedSound final : public platform::Celestial {
   /// What the legacy class "AVController" answers; the "Volume" category when none. That class is absent at first.
   void setLegacyVolume(std::optional<float> volume) { legacyVolume_ = volume; }
 
-  /// The user sets a category's volume with the buttons; observers are told inside this call. Whoever drives the phone
-  /// marks the change as the user's beforehand.
+  /// The user sets a category's volume with the buttons; observers are told inside this call.
   void pressVolumeButton(std::string_view category, float volume);
 
+  /// Called before observers are told of a change: whoever drives the phone marks it as the user's or its own. Empty
+  /// for none.
+  void setOnChange(std::function<void(bool byUser)> onChange) { onChange_ = std::move(onChange); }
   void setNotices(Notices notices) { notices_ = notices; }
   void setReadFails(std::string_view category, bool fails) { setMember(failingReads_, category, fails); }
   void setWriteFails(std::string_view category, bool fails) { setMember(failingWrites_, category, fails); }
@@ -63,7 +66,7 @@ class SimulatedSound final : public platform::Celestial {
   bool write(std::string_view category, float volume);
   void writeMedia(float volume);
   void notice(std::string_view category, float volume);
-  void deliverNotice(std::string_view category, float volume);
+  void deliverNotice(std::string_view category, float volume, bool byUser);
 
   VirtualTime& time_;
   Record& record_;
@@ -75,6 +78,7 @@ class SimulatedSound final : public platform::Celestial {
   float volumeControlVolume_ = 0;
   std::optional<float> legacyVolume_;
   Notices notices_ = Notices::None;
+  std::function<void(bool)> onChange_;
   Categories failingReads_, failingWrites_;
 };
 

@@ -96,7 +96,7 @@ Evening play(const std::vector<Date>& deaths, double seconds, std::set<double>* 
     audience.entry = [moments](const devices::RecordEntry& entry) { moments->insert(entry.time.secondsSince1970()); };
   }
   audience.complaint = [](const std::string& text) { ADD_FAILURE() << text; };
-  simulation::Simulation simulation(std::move(scenario), std::move(audience));
+  simulation::Simulation simulation(std::move(scenario), std::move(audience), simulation::Hosting::Least);
   simulation.run();
   Evening evening;
   for (const auto& profile : HMProfilesManager::sharedManager()->profiles()) {

@@ -22,7 +22,7 @@ struct Played {
 };
 
 /// Plays a scenario given as JSON text.
-inline Played play(const std::string& json) {
+inline Played play(const std::string& json, Hosting hosting = Hosting::Least) {
   std::string name = (std::filesystem::temp_directory_path() / "hushmode-XXXXXX").string();
   const std::filesystem::path folder = ::mkdtemp(name.data());
   std::ofstream(folder / "scenario.json") << json;
@@ -39,7 +39,7 @@ inline Played play(const std::string& json) {
   };
   audience.complaint = [&](const std::string& text) { played.complaints.push_back(text); };
   audience.entry = [&](const devices::RecordEntry& entry) { played.entries.push_back(entry.text()); };
-  Simulation simulation(std::move(scenario), std::move(audience));
+  Simulation simulation(std::move(scenario), std::move(audience), hosting);
   simulation.run();
   played.end = stateOf(simulation.phone());
   return played;

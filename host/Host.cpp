@@ -1,0 +1,289 @@
+// The host's life: starting and stopping, pieces of work and what is held against them, triggers.
+
+#include "host/Host.h"
+
+#include "calendar/HMEventManager.h"
+#include "effects/VolumeMarks.h"
+#include "model/DayHelpers.h"
+#include "util/HMUtils.h"
+#include "util/Now.h"
+
+#include <algorithm>
+
+namespace hushmode::host {
+
+using platform::Date;
+
+namespace {
+std::shared_ptr<HMProfilesManager> manager() { return HMProfilesManager::sharedManager(); }
+constexpr std::size_t switchesKept = 100;
+}  // namespace
+
+Host::Host(platform::Device& phone, Say say)
+    : phone_(phone),
+      say_(std::move(say)),
+      device_(phone, {
+                         .enter =
+                             [this](const std::function<void()>& work, bool plans) {
+                               perform([&] {
+                                 planned_ = planned_ || plans;
+                                 work();
+                               });
+                             },
+                         .mayWake = [] { return HMProfilesManager::isHushmodeEnabled(); },
+                         .beforeArrayIsWritten =
+                             [this](const platform::Array& content, std::string_view path) {
+                               if (path == HMProfilesManager::profilesPath) {
+                                 restore_->willSave(content);
+                               }
+                             },
+                     }) {}
+
+Host::~Host() { kill(); }
+
+void Host::kill() {
+  process_.reset();
+  watch_.reset();
+  restore_.reset();
+  lookTimer_.reset();
+  lookAt_.reset();
+  order_.clear();
+  depth_ = 0;
+}
+
+void Host::start() {
+  if (process_) return;
+  restore_ = std::make_unique<RestoreGuard>(device_, [this](const std::string& line) { sayOnce(line); });
+  process_ = std::make_unique<platform::Process>(device_);
+  manager();
+  watch_ = std::make_unique<SwitchWatch>(
+      WatchedPhone{[] { return now(); }, [this] { return restore_->phone(); }, [this] { return joinedNetwork(); }},
+      [this](const Switch& each) {
+        recent_.push_back(each);
+        if (recent_.size() > switchesKept) recent_.pop_front();
+        if (onSwitch_) onSwitch_(each);
+      });
+  watch_->watch(*manager());
+  if (onStart_) onStart_(*manager());
+  for (const Profile& each : appliedProfiles()) order_.push_back(each->identifier());
+  perform([this] {
+    restore_->takeOver(appliedProfiles());
+    HMEventManager::sharedManager();  // From now on changes of the calendars are heard.
+    enabled_ = HMProfilesManager::isHushmodeEnabled();
+    network_ = joinedNetwork();
+    loadedDay_ = hm_beginningOfDay(now());
+    if (!enabled_) manager()->revertAppliedProfilesIfAny();
+    const auto before = appliedProfiles().size();
+    planNow(false);
+    // What an earlier process left needs no waiting, unless the plan has just begun to revert something itself.
+    if (before == 0) settle();
+  });
+}
+
+void Host::stop() {
+  if (!process_) return;
+  watch_->setCause("Hush Mode stopped");
+  perform([this] {
+    manager()->revertAppliedProfilesIfAny();
+    device_.disarmWakeUps();
+    enabled_ = false;
+  });
+  // At once: the delayed steps end with the process.
+  perform([this] { restore_->settle(appliedProfiles()); });
+  watch_->finish();
+  kill();
+}
+
+// --- Pieces of work ---
+
+void Host::perform(const std::function<void()>& work) {
+  if (!process_) return;
+  begin();
+  try {
+    work();
+  } catch (const std::exception& fault) {
+    sayOnce(std::string("a piece of work ended with an error: ") + fault.what());
+    planned_ = true;
+  }
+  end();
+}
+
+void Host::begin() {
+  if (depth_++ > 0) return;
+  clearStaleMarks();
+  restore_->begin(appliedProfiles());
+}
+
+void Host::end() {
+  if (--depth_ > 0) return;
+  ++depth_;  // What the guards do here is the same piece of work.
+  try {
+    if (planned_ && enabled_) reconcile();
+    std::vector<std::int64_t> now;
+    for (const Profile& each : appliedProfiles()) now.push_back(each->identifier());
+    const auto isApplied = [&](std::int64_t id) { return std::find(now.begin(), now.end(), id) != now.end(); };
+    const auto before = order_;
+    std::erase_if(order_, [&](std::int64_t id) { return !isApplied(id); });
+    const bool reverted = order_.size() < before.size();
+    for (const std::int64_t id : now) {
+      if (std::find(order_.begin(), order_.end(), id) == order_.end()) order_.push_back(id);
+    }
+    if (reverted && !order_.empty()) {
+      reassertLater_ = true;
+      reassert();
+    }
+    restore_->end(appliedProfiles());
+    if (order_ != before || (restore_->isOpen() && order_.empty() && planned_)) settleLater();
+    if (planned_) armLook();
+    planned_ = false;
+    watch_->look();
+  } catch (const std::exception& fault) {
+    sayOnce(std::string("the host's own work ended with an error: ") + fault.what());
+  }
+  --depth_;
+  if (onChange_) onChange_();
+}
+
+void Host::sayOnce(const std::string& line) {
+  if (said_.insert(line).second) say_(line);
+}
+
+std::vector<Host::Profile> Host::appliedProfiles() const {
+  std::vector<Profile> applied;
+  for (const Profile& each : manager()->profiles()) {
+    if (each->isApplied()) applied.push_back(each);
+  }
+  return applied;
+}
+
+/// One of several applied profiles has ended, and took the others' settings with it: the latest of them holds.
+void Host::reassert() {
+  if (order_.empty()) return;
+  if (const Profile profile = manager()->profileByIdentifier(order_.back())) profile->refreshSoundSettingsIfRequired();
+}
+
+void Host::settleLater() {
+  const std::uint64_t round = ++settleRound_;
+  phone_.coreFoundation().mainRunLoop().dispatchAfter(settleSeconds, [this, round] {
+    if (round != settleRound_) return;
+    perform([this] { settle(); });
+  });
+}
+
+void Host::settle() {
+  restore_->settle(appliedProfiles());
+  if (!reassertLater_ || order_.empty()) return;
+  reassertLater_ = false;
+  // The delayed steps of the revert may have gone over what was asserted at once.
+  const Profile latest = manager()->profileByIdentifier(order_.back());
+  const PhoneState now = restore_->phone();
+  if (!latest || !now.ringtone || !now.media) return;
+  if (!sameVolume(*now.ringtone, static_cast<float>(latest->ringerVolume())) ||
+      !sameVolume(*now.media, static_cast<float>(latest->playBackVolume()))) {
+    reassert();
+  }
+}
+
+// --- What happens to the phone ---
+
+void Host::resumed() {
+  perform([this] { look(); });
+}
+
+void Host::clockChanged() {
+  perform([this] { planNow(true); });
+}
+
+void Host::settingsChanged() {
+  perform([this] {
+    const bool on = HMProfilesManager::isHushmodeEnabled();
+    if (on == enabled_) return;
+    enabled_ = on;
+    if (on) {
+      planNow(true);
+    } else {
+      switchOff();
+    }
+  });
+}
+
+void Host::switchOff() {
+  watch_->setCause("Hush Mode switched off");
+  manager()->handleHushmodeEnabledOrDisabled();
+  device_.disarmWakeUps();
+  ScheduledEvents none;
+  none.onRecord = manager()->scheduledEventsDict().onRecord;
+  manager()->setScheduledEventsDict(std::move(none));
+  if (const auto timer = manager()->eventStoreUpdateTimer()) timer->invalidate();
+  manager()->setEventStoreUpdateTimer(nullptr);
+  planned_ = true;
+  watch_->look();
+  watch_->setCause({});
+}
+
+void Host::profilesFileChanged() {
+  perform([this] { planNow(true); });
+}
+
+void Host::phoneChanged() {
+  perform([] {});
+}
+
+void Host::volumeIsChanging(bool byUser) {
+  if (!process_) return;
+  // Below system 11 the library reads the mark the other way round.
+  setHm_ChangedViaHWButtons(phone_.celestial().sharedAVSystemController(), HMUtils::isIOS11() == byUser);
+}
+
+void Host::serviceReturned() {
+  if (!process_) return;
+  restore_->forgetSeen();
+  perform([this] {
+    if (order_.empty()) {
+      settle();
+    } else {
+      reassert();
+    }
+    planned_ = true;
+  });
+}
+
+void Host::plan(bool reload) {
+  perform([this, reload] { planNow(reload); });
+}
+
+// --- What there is to show ---
+
+std::vector<platform::Dictionary> Host::profiles() {
+  std::vector<platform::Dictionary> list;
+  if (!process_) return list;
+  for (const Profile& each : manager()->profiles()) list.push_back(each->dictionaryRepresentation());
+  return list;
+}
+
+std::vector<AppliedProfile> Host::applied() {
+  std::vector<AppliedProfile> list;
+  if (!process_) return list;
+  for (const std::int64_t identifier : order_) {
+    const Profile profile = manager()->profileByIdentifier(identifier);
+    const SwitchWatch::Applied* why = watch_->applied(identifier);
+    if (!profile || !why) continue;
+    AppliedProfile shown{identifier, profile->title().value_or(""), why->reason, why->since, std::nullopt};
+    if (isWindowReadable(profile)) {
+      const Day day = dayOf(profile);
+      shown.until = onUntil(day.conditions, day.happenings, now());
+    }
+    list.push_back(std::move(shown));
+  }
+  return list;
+}
+
+std::vector<PlannedWakeUp> Host::armed() const {
+  std::vector<PlannedWakeUp> list;
+  for (const ArmedWakeUp& each : device_.armedWakeUps()) list.push_back({each.date, each.profile});
+  if (lookAt_) list.push_back({*lookAt_, std::nullopt});
+  std::stable_sort(list.begin(), list.end(), [](const auto& a, const auto& b) { return a.date < b.date; });
+  return list;
+}
+
+}  // namespace hushmode::host
