@@ -1,7 +1,7 @@
 #pragma once
 
+#include "devices/shared/ProcessNotifications.h"
 #include "devices/simulated/Record.h"
-#include "platform/Foundation.h"
 
 #include <functional>
 #include <memory>
@@ -11,35 +11,17 @@
 
 namespace hushmode::devices {
 
-/// The in-process notification centre of a simulated phone.
-///
-/// Observers may come and go during a post: one that is removed is not told any more, one that is added is told from
-/// the next post on.
-class SimulatedNotificationCenter final : public platform::NotificationCenter {
+/// The in-process notification centre of a simulated phone: every post is recorded.
+class SimulatedNotificationCenter final : public ProcessNotifications {
  public:
   explicit SimulatedNotificationCenter(Record& record) : record_(record) {}
 
-  void addObserver(const void* observer, std::string_view name, std::shared_ptr<platform::Object> sender,
-                   std::function<void(const platform::Notification&)> handler) override;
-  void removeObserver(const void* observer) override;
   void post(const platform::Notification& notification) override;
-
   /// Tells the observers without a record of it: what the phone's own services post.
-  void deliver(const platform::Notification& notification);
-  std::size_t observerCount() const { return observers_.size(); }
-  void processEnded();
+  void deliver(const platform::Notification& notification) { ProcessNotifications::post(notification); }
 
  private:
-  struct Observer {
-    const void* identity;
-    std::string name;
-    std::shared_ptr<platform::Object> sender;
-    std::function<void(const platform::Notification&)> handler;
-    bool removed = false;
-  };
-
   Record& record_;
-  std::vector<std::shared_ptr<Observer>> observers_;
 };
 
 /// System-wide notifications: recorded at once, delivered to the observers in the process from its run loop.

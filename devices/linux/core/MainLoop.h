@@ -17,6 +17,10 @@ class MainLoop final : public platform::RunLoop {
  public:
   /// `diagnose` gets a line for each piece of work that ends with an exception.
   explicit MainLoop(WorkQueue::Diagnostics diagnose);
+  /// Drops all that is queued, also from inside a piece of work.
+  ~MainLoop() override { processEnded(); }
+  MainLoop(const MainLoop&) = delete;
+  MainLoop& operator=(const MainLoop&) = delete;
 
   bool isMainThread() const override { return std::this_thread::get_id() == mainThread_; }
   void dispatchAsync(std::function<void()> work) override;

@@ -66,24 +66,17 @@ void WorkQueue::awaitNext() { g_source_set_ready_time(source_, queue_.empty() ? 
 gboolean WorkQueue::dispatch(GSource*, GSourceFunc, gpointer queue) {
   const auto self = static_cast<WorkQueue*>(queue)->shared_from_this();
   // Not what is queued meanwhile: work that queues itself without a delay must not keep other sources waiting.
-  Key limit{g_get_monotonic_time(), 0};
-  {
-    const std::lock_guard lock(self->mutex_);
-    limit.second = self->lastId_;
-  }
-  while (const Work work = self->takeDue(limit)) self->run(work);
+  const std::int64_t now = g_get_monotonic_time();
+  while (const Work work = self->takeDue(now)) self->run(work);
   const std::lock_guard lock(self->mutex_);
   self->awaitNext();
   return G_SOURCE_CONTINUE;
 }
 
-WorkQueue::Work WorkQueue::takeDue(const Key& limit) {
+WorkQueue::Work WorkQueue::takeDue(std::int64_t now) {
   const std::lock_guard lock(mutex_);
-  if (queue_.empty()) return nullptr;
-  const auto first = queue_.begin();
-  const auto& [due, id] = first->first;
-  if (due > limit.first || id > limit.second) return nullptr;
-  return std::move(queue_.extract(first).mapped());
+  if (queue_.empty() || queue_.begin()->first.first > now) return nullptr;
+  return std::move(queue_.extract(queue_.begin()).mapped());
 }
 
 void WorkQueue::run(const Work& work) {

@@ -39,7 +39,7 @@ class WorkQueue : public std::enable_shared_from_this<WorkQueue> {
   using Key = std::pair<std::int64_t, WorkId>;
 
   static gboolean dispatch(GSource* source, GSourceFunc, gpointer queue);
-  Work takeDue(const Key& limit);
+  Work takeDue(std::int64_t now);  ///< None when nothing is due.
   void run(const Work& work);
   void awaitNext();  ///< With the mutex held.
 
