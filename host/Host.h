@@ -122,6 +122,10 @@ class Host {
   /// The last hundred, the latest last.
   const std::deque<Switch>& recentSwitches() const { return recent_; }
   PhoneState phone() const { return restore_->phone(); }
+  /// The master switch, as last seen.
+  bool isEnabled() const { return enabled_; }
+  /// The network that the phone is joined to at this moment. Only while running.
+  std::optional<std::string> joinedNetwork() const;
 
   /// Called after each piece of work that may have changed what there is to show. Empty for none.
   void setOnChange(std::function<void()> onChange) { onChange_ = std::move(onChange); }
@@ -163,7 +167,6 @@ class Host {
   void armLook();
   void look();
   void networkSettled();
-  std::optional<std::string> joinedNetwork() const;
   void switchOff();
 
   // Restoring.

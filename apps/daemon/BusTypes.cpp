@@ -1,0 +1,121 @@
+#include "apps/daemon/BusTypes.h"
+
+#include "host/ProfileCheck.h"
+
+#include <optional>
+
+namespace hushmode::daemon {
+
+using platform::Array;
+using platform::Date;
+using platform::Value;
+
+namespace {
+
+template <class T>
+Glib::VariantBase variant(const T& value) {
+  return Glib::Variant<T>::create(value);
+}
+
+Glib::VariantBase text(const std::string& value) { return variant(Glib::ustring(value)); }
+
+Glib::VariantBase list(const Array& array) {
+  std::vector<Glib::ustring> texts;
+  for (const Value& each : array) {
+    if (const auto* entry = each.as<std::string>()) texts.emplace_back(*entry);
+  }
+  return variant(texts);
+}
+
+std::optional<Glib::VariantBase> busForm(const Value& value) {
+  if (const auto* flag = value.as<bool>()) return variant(*flag);
+  if (const auto* number = value.as<std::int64_t>()) return variant(static_cast<gint64>(*number));
+  if (const auto* real = value.as<double>()) return variant(*real);
+  if (const auto* string = value.as<std::string>()) return text(*string);
+  if (const auto* date = value.as<Date>()) return variant(date->secondsSince1970());
+  if (const auto* array = value.as<Array>()) return list(*array);
+  return std::nullopt;
+}
+
+template <class T>
+std::optional<T> as(const Glib::VariantBase& given) {
+  if (!given.is_of_type(Glib::Variant<T>::variant_type())) return std::nullopt;
+  return Glib::VariantBase::cast_dynamic<Glib::Variant<T>>(given).get();
+}
+
+std::optional<std::int64_t> wholeNumber(const Glib::VariantBase& given) {
+  if (const auto number = as<gint64>(given)) return *number;
+  if (const auto number = as<gint32>(given)) return *number;
+  if (const auto number = as<guint32>(given)) return *number;
+  if (const auto number = as<gint16>(given)) return *number;
+  if (const auto number = as<guint16>(given)) return *number;
+  if (const auto number = as<guchar>(given)) return *number;
+  if (const auto number = as<guint64>(given); number && *number <= G_MAXINT64) return static_cast<gint64>(*number);
+  return std::nullopt;
+}
+
+bool isVolume(const std::string& key) {
+  for (const host::ProfileKey& each : host::profileKeys()) {
+    if (each.name == key) return each.kind == host::ProfileKeyKind::Volume;
+  }
+  return false;
+}
+
+Value valueOf(const std::string& key, const Glib::VariantBase& given) {
+  if (const auto flag = as<bool>(given)) return *flag;
+  if (const auto real = as<double>(given)) return *real;
+  if (const auto number = wholeNumber(given)) {
+    return isVolume(key) ? Value(static_cast<double>(*number)) : Value(*number);
+  }
+  if (const auto string = as<Glib::ustring>(given)) return string->raw();
+  if (const auto texts = as<std::vector<Glib::ustring>>(given)) {
+    Array array;
+    for (const auto& each : *texts) array.emplace_back(each.raw());
+    return array;
+  }
+  throw host::EditError(host::EditError::Kind::InvalidArgument, "\"" + key.substr(0, 100) +
+                                                                    "\": no profile holds a value of type \"" +
+                                                                    given.get_type_string().substr(0, 100) + "\"");
+}
+
+}  // namespace
+
+BusDictionary busForm(const platform::Dictionary& profile) {
+  BusDictionary form;
+  for (const auto& [key, value] : profile) {
+    if (auto each = busForm(value)) form.emplace(key, std::move(*each));
+  }
+  return form;
+}
+
+platform::Dictionary profileFrom(const BusDictionary& given) {
+  platform::Dictionary profile;
+  for (const auto& [key, value] : given) profile.set(key.raw(), valueOf(key.raw(), value));
+  return profile;
+}
+
+BusDictionary busForm(const host::Switch& each) {
+  return {{"date", variant(each.at.secondsSince1970())},
+          {"profile", text(each.profile)},
+          {"identifier", variant(static_cast<gint64>(each.identifier))},
+          {"on", variant(each.on)},
+          {"reason", text(each.reason)},
+          {"change", text(each.withNext ? "" : host::differenceText(each.before, each.after))}};
+}
+
+BusDictionary busForm(const host::AppliedProfile& each) {
+  BusDictionary form{{"identifier", variant(static_cast<gint64>(each.identifier))},
+                     {"title", text(each.title)},
+                     {"reason", text(each.reason)},
+                     {"since", variant(each.since.secondsSince1970())}};
+  if (each.until) form.emplace("until", variant(each.until->secondsSince1970()));
+  return form;
+}
+
+BusDictionary busForm(const host::PlannedWakeUp& each) {
+  BusDictionary form{{"date", variant(each.date.secondsSince1970())}};
+  if (each.profile) form.emplace("profile", variant(static_cast<gint64>(*each.profile)));
+  return form;
+}
+
+}  // namespace hushmode::daemon
