@@ -6,19 +6,20 @@
 
 namespace hushmode {
 
-/// Runs the default main loop until the condition holds; false when that takes longer than any working machine needs.
+/// Runs the default main loop until the condition holds, which may be about another process too; false when that takes
+/// longer than any working machine needs.
 inline bool runUntil(const std::function<bool()>& condition,
                      std::chrono::milliseconds limit = std::chrono::seconds(30)) {
-  bool isOver = false;
-  sigc::connection timer = Glib::signal_timeout().connect(
-      [&] {
-        isOver = true;
-        return false;
-      },
-      static_cast<unsigned>(limit.count()));
-  while (!condition() && !isOver) Glib::MainContext::get_default()->iteration(true);
-  timer.disconnect();
-  return condition();
+  const auto end = std::chrono::steady_clock::now() + limit;
+  // Without it the loop would not come round for what happens elsewhere.
+  sigc::connection tick = Glib::signal_timeout().connect([] { return true; }, 5);
+  bool holds = condition();
+  while (!holds && std::chrono::steady_clock::now() < end) {
+    Glib::MainContext::get_default()->iteration(true);
+    holds = condition();
+  }
+  tick.disconnect();
+  return holds;
 }
 
 }  // namespace hushmode

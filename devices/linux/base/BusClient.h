@@ -7,6 +7,7 @@
 #include <giomm/cancellable.h>
 #include <giomm/dbusconnection.h>
 #include <giomm/unixfdlist.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -59,7 +60,7 @@ class BusClient {
 
   const std::string& owner() const { return owner_; }
   /// Another client of the same owner, with a life of its own.
-  BusClient another() const { return BusClient(connection_, owner_, limit_); }
+  std::unique_ptr<BusClient> another() const { return std::make_unique<BusClient>(connection_, owner_, limit_); }
 
  private:
   Glib::RefPtr<Gio::DBus::Connection> connection_;

@@ -43,7 +43,7 @@ void takeLater(std::optional<Date>& date, const std::optional<Date>& other) {
 
 WiFiSurvey::WiFiSurvey(BusClient& client, Done done, Failed failed)
     : done_(std::move(done)), failed_(std::move(failed)), client_(client.another()) {
-  client_.call(
+  client_->call(
       settings, "ListConnections", {}, "(ao)",
       [this](const BusClient::Reply& reply) {
         readConnections(firstOf(valueAt<Paths>(reply.values, 0).value_or(Paths()), mostConnections));
@@ -68,7 +68,7 @@ void WiFiSurvey::readNextConnection() {
       readManager();
     }
   };
-  client_.call(
+  client_->call(
       {path, connectionInterface}, "GetSettings", {}, "(a{sa{sv}})",
       [this, path, goOn](const BusClient::Reply& reply) {
         if (auto connection = connectionFrom(reply.values)) connections_.emplace(path, std::move(*connection));
@@ -95,7 +95,7 @@ std::optional<WiFiSurvey::Connection> WiFiSurvey::connectionFrom(const Glib::Var
 }
 
 void WiFiSurvey::readManager() {
-  client_.read(
+  client_->read(
       manager,
       [this](const Properties& properties) {
         isStartingUp_ = valueOf<bool>(properties, "Startup").value_or(false);
@@ -109,7 +109,7 @@ void WiFiSurvey::readManager() {
 
 void WiFiSurvey::readActive(std::size_t index) {
   if (index >= activePaths_.size()) return finish(std::nullopt);
-  client_.read(
+  client_->read(
       {activePaths_[index], activeInterface},
       [this, index](const Properties& properties) {
         const auto connection = valueOf<Glib::DBusObjectPathString>(properties, "Connection");

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,7 +68,7 @@ class WiFiSurvey {
   std::vector<std::string> paths_, activePaths_;
   std::size_t next_ = 0, underWay_ = 0;
   std::map<std::string, Connection> connections_;  ///< By path.
-  BusClient client_;                               ///< The last: nothing comes after it.
+  std::unique_ptr<BusClient> client_;              ///< The last: nothing comes after it.
 };
 
 }  // namespace hushmode::devices
