@@ -24,9 +24,9 @@ void MutterDisplay::listenTo(BusClient& client) {
       displayConfig,
       [this](const Properties& properties) {
         const auto power = valueOf<std::int32_t>(properties, property);
-        if (!power) return;
+        if (!power && isRead_) return;
         // -1: nothing is connected that could be switched.
-        take(*power >= On && *power <= Off ? power : std::nullopt);
+        take(power && *power >= On && *power <= Off ? power : std::nullopt);
       },
       [this](const BusClient::Failure&) {
         take(std::nullopt);
