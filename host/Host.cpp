@@ -49,6 +49,7 @@ void Host::kill() {
   lookAt_.reset();
   order_.clear();
   depth_ = 0;
+  settledRound_ = settleRound_;
 }
 
 void Host::start() {
@@ -166,6 +167,7 @@ void Host::settleLater() {
   const std::uint64_t round = ++settleRound_;
   phone_.coreFoundation().mainRunLoop().dispatchAfter(settleSeconds, [this, round] {
     if (round != settleRound_) return;
+    settledRound_ = round;
     perform([this] { settle(); });
   });
 }

@@ -122,6 +122,8 @@ class Host {
   /// The last hundred, the latest last.
   const std::deque<Switch>& recentSwitches() const { return recent_; }
   PhoneState phone() const { return restore_->phone(); }
+  /// Whether no delayed step of a switch is under way.
+  bool isAtRest() const { return settledRound_ == settleRound_; }
   /// The master switch, as last seen.
   bool isEnabled() const { return enabled_; }
   /// The network that the phone is joined to at this moment. Only while running.
@@ -193,7 +195,7 @@ class Host {
   bool enabled_ = false;  ///< The master switch, as last seen.
   bool reassertLater_ = false;
   std::vector<std::int64_t> order_;  ///< The applied profiles, the latest last.
-  std::uint64_t settleRound_ = 0, leaveRound_ = 0;
+  std::uint64_t settleRound_ = 0, settledRound_ = 0, leaveRound_ = 0;
   std::optional<std::string> network_;  ///< The one that plans were made for last.
   std::optional<platform::Date> loadedDay_, lookAt_;
   std::shared_ptr<platform::PCSimpleTimer> lookTimer_;

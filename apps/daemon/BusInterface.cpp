@@ -99,18 +99,18 @@ BusInterface::BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host:
   const auto node = Gio::DBus::NodeInfo::create_for_xml(interfaceXml);
   registration_ = connection_->register_object(objectPath, node->lookup_interface(interfaceName), table_);
   host_.setOnChange([this] { refresh(); });
-  host_.setOnSwitch([this](const host::Switch& each) {
-    emit(interfaceName, "Switched", argumentsOf(busForm(each)));
-    refresh();
-  });
 }
 
 BusInterface::~BusInterface() {
   host_.setOnChange({});
-  host_.setOnSwitch({});
   ended_->cancel();
   idle_.disconnect();
   connection_->unregister_object(registration_);
+}
+
+void BusInterface::tellSwitch(const host::Switch& each) {
+  emit(interfaceName, "Switched", argumentsOf(busForm(each)));
+  refresh();
 }
 
 void BusInterface::called(const Glib::ustring& sender, const Glib::ustring& method,

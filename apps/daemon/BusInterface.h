@@ -27,13 +27,15 @@ class BusInterface {
   /// Whoever owns the settings file sets the master switch in it; false when it could not be written.
   using SetEnabled = std::function<bool(bool enabled)>;
 
-  /// Host, services and connection must outlive the object. It takes the host's listeners.
+  /// Host, services and connection must outlive the object. It listens to the host's changes.
   BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host::Host& host, const devices::Services& services,
                SetEnabled setEnabled);
   ~BusInterface();
   BusInterface(const BusInterface&) = delete;
   BusInterface& operator=(const BusInterface&) = delete;
 
+  /// Tells of a switch.
+  void tellSwitch(const host::Switch& each);
   /// Something that the properties show may have changed: tells of those that did, from the main loop.
   void refresh();
 

@@ -1,0 +1,264 @@
+#include "apps/daemon/Daemon.h"
+
+#include "devices/shared/PropertyListFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <giomm/dbusownname.h>
+#include <stdexcept>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace hushmode::daemon {
+
+using devices::LogSink;
+using devices::Priority;
+using devices::ServiceState;
+using platform::Array;
+using platform::Dictionary;
+
+namespace {
+
+constexpr std::string_view enabledKey = "com.quorvel.hushmode.enabled";
+constexpr int busLost = 1;
+
+/// What the services are expected to speak up about before the first plan.
+constexpr const char* awaited[] = {"volumes", "do not disturb", "networks", "tones", "sleep and lock"};
+
+Glib::RefPtr<Gio::DBus::Connection> busOrNone(Gio::DBus::BusType type, std::string& why) {
+  try {
+    auto connection = Gio::DBus::Connection::get_sync(type);
+    // GLib would end the process when the bus goes; the daemon puts things back first.
+    g_dbus_connection_set_exit_on_close(connection->gobj(), FALSE);
+    return connection;
+  } catch (const Glib::Error& error) {
+    why = error.what();
+    return {};
+  }
+}
+
+void makePrivate(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder.parent_path());
+  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
+    throw std::runtime_error(folder.string() + " cannot be made: " + std::strerror(errno));
+  }
+}
+
+/// The profiles without what a file keeps less precisely than memory does.
+Array comparable(Array profiles) {
+  for (auto& each : profiles) {
+    if (auto* profile = each.as<Dictionary>()) profile->remove("updatedDate");
+  }
+  return profiles;
+}
+
+}  // namespace
+
+Daemon::Daemon(const Options& options, LogSink sink, std::function<void(int)> quit)
+    : options_(options), sink_(std::move(sink)), quit_(std::move(quit)), folders_(devices::Folders::ofUser()) {
+  folders_.data = options_.dataFolder;
+}
+
+Daemon::~Daemon() {
+  for (sigc::connection* each : {&startLimit_, &stopLimit_, &stopLook_, &sleepLook_}) each->disconnect();
+  if (name_ != 0) Gio::DBus::unown_name(name_);
+  interface_.reset();
+  host_.reset();
+  services_.setListener({});
+  phone_.reset();
+  if (lock_) ::close(*lock_);
+}
+
+void Daemon::start() {
+  makePrivate(folders_.config);
+  makePrivate(folders_.state);
+  makePrivate(options_.calendarFolder);
+  takeLock();
+  makeFirstFiles();
+  connect();
+
+  services_.setListener([this](const std::string& name, const ServiceState& now, const ServiceState* before) {
+    serviceChanged(name, now, before);
+  });
+  devices::LinuxPhoneEvents events;
+  events.networkChanged = [this] { host_->networkChanged(); };
+  events.clockChanged = [this] { host_->clockChanged(); };
+  events.aboutToSleep = [this] { aboutToSleep(); };
+  events.resumed = [this] { host_->resumed(); };
+  events.effectsChanged = [this] { host_->phoneChanged(); };
+  events.volumeIsChanging = [this](bool byUser) { host_->volumeIsChanging(byUser); };
+  devices::LinuxPhone::Options phone;
+  phone.foundation.folders = folders_;
+  phone.foundation.logsLibrary = options_.verbose;
+  phone.sessionBus = session_;
+  phone.systemBus = system_;
+  phone.calendarFolder = options_.calendarFolder;
+  if (const char* id = std::getenv("XDG_SESSION_ID")) phone.sessionId = id;
+  phone_ = std::make_unique<devices::LinuxPhone>(phone, services_, std::move(events), sink_);
+  host_ = std::make_unique<host::Host>(*phone_, [this](const std::string& line) { sink_(Priority::Warning, line); });
+  startLimit_ = Glib::signal_timeout().connect_seconds(
+      [this] {
+        startHost();
+        return false;
+      },
+      answersSeconds);
+  serviceChanged({}, {}, nullptr);
+}
+
+void Daemon::takeLock() {
+  const auto path = folders_.state / "lock";
+  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  if (descriptor < 0) throw std::runtime_error(path.string() + " cannot be opened: " + std::strerror(errno));
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    ::close(descriptor);
+    throw std::runtime_error("another hushmoded runs for this user (it holds " + path.string() + ")");
+  }
+  lock_ = descriptor;
+}
+
+void Daemon::connect() {
+  std::string why;
+  session_ = busOrNone(Gio::DBus::BusType::SESSION, why);
+  if (!session_) throw std::runtime_error("there is no session bus: " + why);
+  session_->signal_closed().connect([this](bool, const Glib::Error&) {
+    sink_(Priority::Error, "the session bus is gone");
+    stop(busLost);
+  });
+  system_ = busOrNone(Gio::DBus::BusType::SYSTEM, why);
+  if (!system_) sink_(Priority::Warning, "there is no system bus: networks, sleep and the lock are not known: " + why);
+}
+
+/// Somebody who has just installed Hush Mode wants it to work: on, with one profile that is quiet in every meeting.
+void Daemon::makeFirstFiles() {
+  const auto settings = folders_.config / "com.quorvel.hushmode.plist";
+  if (!std::filesystem::exists(settings)) setEnabled(true);
+}
+
+void Daemon::startHost() {
+  if (started_ || stopping_) return;
+  started_ = true;
+  startLimit_.disconnect();
+  host_->setOnStart([](HMProfilesManager& manager) {
+    HMProfilesManager::createAndSaveDefaultProfile();
+    if (manager.profiles().empty()) manager.loadProfiles();
+  });
+  host_->start();
+  interface_ =
+      std::make_unique<BusInterface>(session_, *host_, services_, [this](bool enabled) { return setEnabled(enabled); });
+  host_->setOnSwitch([this](const host::Switch& each) {
+    tell(each);
+    interface_->tellSwitch(each);
+  });
+  watchFiles();
+  ownName();
+  sink_(Priority::Information, "ready: " + std::to_string(host_->profiles().size()) + " profiles, master switch " +
+                                   (host_->isEnabled() ? "on" : "off"));
+}
+
+void Daemon::ownName() {
+  name_ = Gio::DBus::own_name(
+      session_, BusInterface::busName, {},
+      [this](const Glib::RefPtr<Gio::DBus::Connection>&, const Glib::ustring&) {
+        if (stopping_) return;
+        sink_(Priority::Error, "another program has taken the name com.quorvel.Hushmode on the session bus");
+        stop(busLost);
+      },
+      Gio::DBus::BusNameOwnerFlags::NONE);
+}
+
+void Daemon::watchFiles() {
+  profilesWatch_ = std::make_unique<FileWatch>(folders_.config / "com.quorvel.hushmode.profiles.plist",
+                                               [this] { profilesChanged(); });
+  settingsWatch_ =
+      std::make_unique<FileWatch>(folders_.config / "com.quorvel.hushmode.plist", [this] { host_->settingsChanged(); });
+}
+
+void Daemon::profilesChanged() {
+  const auto content = phone_->foundation().files().arrayWithContentsOfFile(HMProfilesManager::profilesPath);
+  Array known;
+  for (const Dictionary& each : host_->profiles()) known.emplace_back(each);
+  // Our own writes are changes of the file, too.
+  if (content && comparable(*content) == comparable(known)) return;
+  sink_(Priority::Notice, "the profiles file was changed by another program");
+  host_->profilesFileChanged();
+}
+
+void Daemon::serviceChanged(const std::string& name, const ServiceState& now, const ServiceState* before) {
+  if (!name.empty()) {
+    const bool isUsual = now.available && (!before || before->available);
+    sink_(isUsual ? Priority::Information : Priority::Warning,
+          name + ": " + (now.available ? "" : "rests: ") + now.detail);
+  }
+  if (!started_) {
+    const bool all = std::all_of(std::begin(awaited), std::end(awaited),
+                                 [&](const char* each) { return services_.states().contains(std::string_view(each)); });
+    // From the loop: a service may speak up while the phone is still being made.
+    if (all && phone_) Glib::signal_idle().connect_once([this] { startHost(); });
+    return;
+  }
+  if (stopping_) return;
+  if (now.available && before && !before->available) host_->serviceReturned();
+  if (interface_) interface_->refresh();
+}
+
+void Daemon::aboutToSleep() {
+  // A switch in progress ends before the phone sleeps: its tone, its volumes.
+  if (host_->isAtRest()) return phone_->readyToSleep();
+  sleepLook_ = Glib::signal_timeout().connect(
+      [this] {
+        if (!host_->isAtRest()) return true;
+        phone_->readyToSleep();
+        return false;
+      },
+      100);
+}
+
+void Daemon::tell(const host::Switch& each) {
+  // Without the reason, which names an event.
+  sink_(Priority::Information, "profile \"" + each.profile + "\" " + (each.on ? "on" : "off") + ": " +
+                                   (each.withNext ? "with the next" : host::differenceText(each.before, each.after)));
+  sink_(Priority::Debug, "for " + each.reason);
+}
+
+bool Daemon::setEnabled(bool enabled) {
+  devices::PropertyListFile file((folders_.config / "com.quorvel.hushmode.plist").string());
+  const auto content = file.read();
+  Dictionary settings;
+  if (content.value) {
+    if (const auto* present = content.value->as<Dictionary>()) settings = *present;
+  }
+  settings.set(enabledKey, enabled);
+  const auto problem = file.write(settings);
+  if (problem) sink_(Priority::Error, *problem);
+  return !problem;
+}
+
+void Daemon::stop(int code) {
+  if (stopping_) return;
+  stopping_ = true;
+  startLimit_.disconnect();
+  profilesWatch_.reset();
+  settingsWatch_.reset();
+  if (host_) host_->stop();
+  interface_.reset();
+  const auto look = [this, code] {
+    if (phone_ && phone_->pending()) return true;
+    quit_(code);
+    return false;
+  };
+  if (!look()) return;
+  stopLook_ = Glib::signal_timeout().connect(look, 10);
+  stopLimit_ = Glib::signal_timeout().connect_seconds(
+      [this, code] {
+        sink_(Priority::Error, "a service has not taken what it was sent at the end");
+        quit_(code);
+        return false;
+      },
+      writesSeconds);
+}
+
+}  // namespace hushmode::daemon

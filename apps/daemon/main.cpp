@@ -1,0 +1,77 @@
+// hushmoded: Hush Mode at work on this phone.
+
+#include "apps/daemon/Daemon.h"
+
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <csignal>
+#include <giomm/init.h>
+#include <glib-unix.h>
+#include <glibmm/miscutils.h>
+#include <iostream>
+#include <locale>
+#include <unistd.h>
+
+namespace {
+
+constexpr int wrongUse = 2, notStarted = 1;
+
+struct Signals {
+  hushmode::daemon::Daemon* daemon;
+  static gboolean stop(gpointer signals) {
+    static_cast<Signals*>(signals)->daemon->stop(0);
+    return G_SOURCE_CONTINUE;
+  }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using hushmode::devices::Priority;
+  std::setlocale(LC_ALL, "");
+  // Property lists write numbers with a point, whatever the user's language.
+  std::setlocale(LC_NUMERIC, "C");
+  Gio::init();
+
+  hushmode::daemon::Options options;
+  options.calendarFolder = std::filesystem::path(Glib::get_user_data_dir()) / "hushmode" / "calendars";
+  options.dataFolder = HUSHMODE_DATA_FOLDER;
+  CLI::App program("Silences this phone by calendar, clock and network, and puts everything back afterwards.",
+                   "hushmoded");
+  program.set_version_flag("--version", "hushmoded " HUSHMODE_VERSION);
+  program.add_option("--calendars", options.calendarFolder, "The folder of iCalendar files")->type_name("FOLDER");
+  program.add_option("--data", options.dataFolder, "Where the string tables are")->type_name("FOLDER");
+  program.add_flag("-v,--verbose", options.verbose, "Say the library's decisions, too; they name events and networks");
+  program.footer(
+      "It is started by the session (systemd, D-Bus or autostart), not by hand, and ends with SIGTERM.\n"
+      "Programs talk to it on the session bus: com.quorvel.Hushmode.\n\n"
+      "Example:\n"
+      "  hushmoded --verbose --calendars ~/.calendars");
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return program.exit(error) == 0 ? 0 : wrongUse;
+  }
+
+  const auto sink =
+      hushmode::devices::journalSink(STDERR_FILENO, options.verbose ? Priority::Debug : Priority::Information);
+  const auto loop = Glib::MainLoop::create();
+  int code = 0;
+  try {
+    hushmode::daemon::Daemon daemon(options, sink, [&](int ended) {
+      code = ended;
+      loop->quit();
+    });
+    Signals signals{&daemon};
+    const guint terminated = g_unix_signal_add(SIGTERM, Signals::stop, &signals);
+    const guint interrupted = g_unix_signal_add(SIGINT, Signals::stop, &signals);
+    daemon.start();
+    loop->run();
+    g_source_remove(terminated);
+    g_source_remove(interrupted);
+  } catch (const std::exception& problem) {
+    sink(Priority::Error, std::string("cannot start: ") + problem.what());
+    return notStarted;
+  }
+  return code;
+}
