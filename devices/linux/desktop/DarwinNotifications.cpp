@@ -35,28 +35,35 @@ DarwinNotifications::DarwinNotifications(const Glib::RefPtr<Gio::DBus::Connectio
     if (name && isName(name->raw())) tell(Observers(*observers_), *name);
   };
   subscription_ = bus_->signal_subscribe(heard, {}, interface, posted, path);
+  closed_ = bus_->signal_closed().connect([this](bool, const Glib::Error&) { reportLoss(); });
   services_.report(service, {true, "the session bus"});
 }
 
 DarwinNotifications::~DarwinNotifications() {
+  closed_.disconnect();
   if (subscription_ != 0) bus_->signal_unsubscribe(subscription_);
 }
 
 bool DarwinNotifications::post(std::string_view name) {
   if (!isName(name)) return false;
-  Glib::MainContext::get_default()->signal_idle().connect_once(
-      [all = std::weak_ptr(observers_), observers = *observers_, name = std::string(name)] {
-        if (!all.expired()) tell(observers, name);
-      },
-      Glib::PRIORITY_DEFAULT);
-  if (!bus_) return true;
+  // With the priority of what comes from the bus: a busy bus must not keep the own names waiting.
+  const auto soon = Glib::IdleSource::create();
+  soon->set_priority(Glib::PRIORITY_DEFAULT);
+  soon->connect([all = std::weak_ptr(observers_), observers = *observers_, name = std::string(name)] {
+    if (!all.expired()) tell(observers, name);
+    return false;
+  });
+  soon->attach();
+  if (!bus_ || bus_->is_closed()) return true;
   try {
     bus_->emit_signal(path, interface, posted, {}, argumentsOf(Glib::ustring(std::string(name))));
-  } catch (const Glib::Error& error) {
-    services_.report(service, {false, error.what()});  // The bus is gone, and with it the session.
+  } catch (const Glib::Error&) {
+    reportLoss();  // As is told soon anyway.
   }
   return true;
 }
+
+void DarwinNotifications::reportLoss() { services_.report(service, {false, "the session bus is gone"}); }
 
 DarwinNotifications::Observation DarwinNotifications::observe(Handler handler) {
   std::erase_if(*observers_, [](const auto& each) { return each.expired(); });

@@ -5,6 +5,7 @@
 #include <functional>
 #include <giomm/dbusconnection.h>
 #include <memory>
+#include <sigc++/connection.h>
 #include <string_view>
 #include <vector>
 
@@ -36,11 +37,13 @@ class DarwinNotifications {
  private:
   using Observers = std::vector<std::weak_ptr<const Handler>>;
   static void tell(const Observers& observers, const std::string& name);
+  void reportLoss();
 
   Glib::RefPtr<Gio::DBus::Connection> bus_;
   Services& services_;
   std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
   unsigned subscription_ = 0;
+  sigc::connection closed_;
 };
 
 }  // namespace hushmode::devices
