@@ -1,0 +1,79 @@
+#include "devices/linux/phone/LinuxPhone.h"
+
+#include "devices/linux/calendars/WatchedCalendarFolder.h"
+
+namespace hushmode::devices {
+
+namespace {
+
+std::function<void(const std::string&)> warningsTo(const LogSink& sink) {
+  if (!sink) return nullptr;
+  return [sink](const std::string& line) { sink(Priority::Warning, line); };
+}
+
+void tell(const std::function<void()>& event) {
+  if (event) event();
+}
+
+}  // namespace
+
+LinuxPhone::LinuxPhone(const Options& options, Services& services, LinuxPhoneEvents events, const LogSink& sink)
+    : events_(std::move(events)),
+      loop_(warningsTo(sink)),
+      zone_(warningsTo(sink), [this] { zoneChanged(); }),
+      foundation_(options.foundation, loop_, zone_.zone(), sink),
+      coreFoundation_(*this),
+      wakeTimers_(warningsTo(sink)),
+      clockSteps_([this] { tell(events_.clockChanged); }),
+      darwin_(options.sessionBus, services),
+      observation_(darwin_.observe([this](std::string_view name) {
+        if (events_.notified) events_.notified(name);
+      })),
+      volumes_(foundation_.defaultNotificationCenter(), services,
+               [this](bool byUser) {
+                 if (events_.volumeIsChanging) events_.volumeIsChanging(byUser);
+               }),
+      tones_(options.sessionBus, services),
+      vibrateMirror_(foundation_.standardUserDefaults(), darwin_, services),
+      doNotDisturb_(options.sessionBus, services),
+      alarms_(options.sessionBus, services),
+      wifi_(options.systemBus, services, [this] { tell(events_.networkChanged); }),
+      logind_(options.systemBus, services, options.sessionId,
+              {[this] { tell(events_.aboutToSleep); }, [this] { tell(events_.resumed); }, {}}),
+      screen_(options.sessionBus, logind_, services),
+      calendars_(foundation_.defaultNotificationCenter(), [this] { return foundation_.timeZone(); }) {
+  doNotDisturb_.setListener([this](bool) { tell(events_.effectsChanged); });
+  if (!options.calendarFolder.empty()) {
+    calendars_.add(std::make_unique<WatchedCalendarFolder>(options.calendarFolder, services, warningsTo(sink)));
+  }
+  services.report("wake-ups", mayWakeDevice() ? ServiceState{true, "the phone wakes for switches"}
+                                              : ServiceState{false,
+                                                             "this process may not wake the sleeping phone: it lacks "
+                                                             "CAP_WAKE_ALARM, or there is no clock that can"});
+}
+
+LinuxPhone::~LinuxPhone() = default;
+
+void LinuxPhone::zoneChanged() {
+  foundation_.setTimeZone(zone_.zone());
+  tell(events_.clockChanged);
+}
+
+platform::Class* LinuxPhone::classNamed(std::string_view name) {
+  if (name == platform::PCSimpleTimer::className) return &wakeTimers_.timerClass();
+  if (name == platform::VolumeControl::className) return &volumes_.volumeControlClass();
+  if (name == platform::TLAlert::className) return &tones_.alertClass();
+  if (name == platform::SpringBoard::className) return &screen_.springBoardClass();
+  if (name == platform::SBBacklightController::className) return &screen_.backlightClass();
+  if (platform::Class* found = doNotDisturb_.classNamed(name)) return found;
+  return alarms_.classNamed(name);
+}
+
+void LinuxPhone::processEnded() {
+  foundation_.processEnded();
+  wakeTimers_.processEnded();
+  // Last: what ends above may queue work from its destructor.
+  loop_.processEnded();
+}
+
+}  // namespace hushmode::devices
