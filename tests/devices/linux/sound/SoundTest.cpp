@@ -1,6 +1,6 @@
 #include "tests/devices/linux/sound/SoundTest.h"
 
-#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -21,7 +21,8 @@
 namespace hushmode::devices {
 namespace {
 
-constexpr unsigned limitMilliseconds = 30'000;
+constexpr int limitSeconds = 30;
+constexpr unsigned tickMilliseconds = 20;
 
 /// giomm before the first test.
 const bool giommIsReady = [] {
@@ -39,16 +40,16 @@ std::vector<std::string> commandLineOf(int process) {
 }  // namespace
 
 bool runUntil(const std::function<bool()>& condition) {
-  bool isOver = false;
-  auto limit = Glib::signal_timeout().connect(
-      [&isOver] {
-        isOver = true;
-        return false;
-      },
-      limitMilliseconds);
-  while (!isOver && !condition()) Glib::MainContext::get_default()->iteration(true);
-  limit.disconnect();
-  return condition();
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(limitSeconds);
+  // Not everything that is waited for wakes the loop: files grow, programs of the system answer.
+  auto tick = Glib::signal_timeout().connect([] { return true; }, tickMilliseconds);
+  bool holds = condition();
+  while (!holds && std::chrono::steady_clock::now() < limit) {
+    Glib::MainContext::get_default()->iteration(true);
+    holds = condition();
+  }
+  tick.disconnect();
+  return holds;
 }
 
 std::string run(const std::vector<std::string>& arguments) {
@@ -102,7 +103,7 @@ void endProcess(int process, int signal) {
   const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
   ::kill(process, signal);
   pollfd end{descriptor, POLLIN, 0};
-  EXPECT_EQ(::poll(&end, 1, limitMilliseconds), 1) << "process " << process << " does not end";
+  EXPECT_EQ(::poll(&end, 1, 1000 * limitSeconds), 1) << "process " << process << " does not end";
   ::close(descriptor);
   ::waitpid(process, nullptr, WNOHANG);  // If it was ours.
 }
