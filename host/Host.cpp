@@ -17,6 +17,8 @@ using platform::Date;
 namespace {
 std::shared_ptr<HMProfilesManager> manager() { return HMProfilesManager::sharedManager(); }
 constexpr std::size_t switchesKept = 100;
+/// The host says when a switch has come to rest: when it has settled.
+constexpr double neverByItself = 86400;
 }  // namespace
 
 Host::Host(platform::Device& phone, Say say)
@@ -59,7 +61,7 @@ void Host::start() {
   manager();
   watch_ = std::make_unique<SwitchWatch>(
       WatchedPhone{[] { return now(); }, [this] { return restore_->phone(); }, [this] { return joinedNetwork(); }},
-      [this](const Switch& each) {
+      neverByItself, [this](const Switch& each) {
         recent_.push_back(each);
         if (recent_.size() > switchesKept) recent_.pop_front();
         if (onSwitch_) onSwitch_(each);
@@ -91,7 +93,7 @@ void Host::stop() {
   });
   // At once: the delayed steps end with the process.
   perform([this] { restore_->settle(appliedProfiles()); });
-  watch_->finish();
+  watch_->comeToRest();
   kill();
 }
 
@@ -169,6 +171,8 @@ void Host::settleLater() {
     if (round != settleRound_) return;
     settledRound_ = round;
     perform([this] { settle(); });
+    if (watch_) watch_->comeToRest();
+    if (onChange_) onChange_();
   });
 }
 

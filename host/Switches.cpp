@@ -10,17 +10,14 @@ using platform::Date;
 
 namespace {
 
-/// After this long the delayed effects of a switch are over: the tone, then the media volume.
-constexpr double restSeconds = 2.5;
-
 constexpr const char* untitled = "(no title)";
 
 std::string quoted(const std::optional<std::string>& title) { return "\"" + title.value_or(untitled) + "\""; }
 
 }  // namespace
 
-SwitchWatch::SwitchWatch(WatchedPhone phone, std::function<void(const Switch&)> tell)
-    : phone_(std::move(phone)), tell_(std::move(tell)), last_(phone_.state()) {}
+SwitchWatch::SwitchWatch(WatchedPhone phone, double restSeconds, std::function<void(const Switch&)> tell)
+    : phone_(std::move(phone)), restSeconds_(restSeconds), tell_(std::move(tell)), last_(phone_.state()) {}
 
 const SwitchWatch::Applied* SwitchWatch::applied(std::int64_t identifier) const {
   const auto place = applied_.find(identifier);
@@ -100,9 +97,16 @@ void SwitchWatch::note(const Applied& applied, std::int64_t identifier, bool on,
 void SwitchWatch::rest() {
   const PhoneState state = phone_.state();
   // Told with the state that it came to rest in: what happens to the phone later is not the switch's doing.
-  if (!moving_.empty() && phone_.now() - moving_.back().at > restSeconds) finish();
+  if (!moving_.empty() && phone_.now() - moving_.back().at > restSeconds_) finish();
   for (Switch& each : moving_) each.after = state;
   if (moving_.empty()) last_ = state;
+}
+
+void SwitchWatch::comeToRest() {
+  if (moving_.empty()) return;
+  const PhoneState state = phone_.state();
+  for (Switch& each : moving_) each.after = state;
+  finish();
 }
 
 void SwitchWatch::finish() {

@@ -33,7 +33,8 @@ struct WatchedPhone {
 /// Watches the applied profiles of a phone, and tells of each switch once its delayed effects have come to rest.
 class SwitchWatch {
  public:
-  SwitchWatch(WatchedPhone phone, std::function<void(const Switch&)> tell);
+  /// After `restSeconds` the delayed effects of a switch are over.
+  SwitchWatch(WatchedPhone phone, double restSeconds, std::function<void(const Switch&)> tell);
 
   /// A process started: what it applies is watched from now on.
   void watch(HMProfilesManager& manager);
@@ -51,6 +52,8 @@ class SwitchWatch {
     platform::Date since{0};
   };
   const Applied* applied(std::int64_t identifier) const;
+  /// The delayed effects are over: tells of the switches with what the phone shows now.
+  void comeToRest();
   /// Tells of the switches that have not come to rest yet.
   void finish();
 
@@ -65,6 +68,7 @@ class SwitchWatch {
   void rest();
 
   WatchedPhone phone_;
+  double restSeconds_;
   std::function<void(const Switch&)> tell_;
   HMProfilesManager* manager_ = nullptr;
   std::map<std::int64_t, Applied> applied_;

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <giomm/dbusownname.h>
+#include <gio/gio.h>
 #include <stdexcept>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -65,7 +65,7 @@ Daemon::Daemon(const Options& options, LogSink sink, std::function<void(int)> qu
 
 Daemon::~Daemon() {
   for (sigc::connection* each : {&startLimit_, &stopLimit_, &stopLook_, &sleepLook_}) each->disconnect();
-  if (name_ != 0) Gio::DBus::unown_name(name_);
+  if (name_ != 0) g_bus_unown_name(name_);
   interface_.reset();
   host_.reset();
   services_.setListener({});
@@ -160,14 +160,15 @@ void Daemon::startHost() {
 }
 
 void Daemon::ownName() {
-  name_ = Gio::DBus::own_name(
-      session_, BusInterface::busName, {},
-      [this](const Glib::RefPtr<Gio::DBus::Connection>&, const Glib::ustring&) {
-        if (stopping_) return;
-        sink_(Priority::Error, "another program has taken the name com.quorvel.Hushmode on the session bus");
-        stop(busLost);
-      },
-      Gio::DBus::BusNameOwnerFlags::NONE);
+  const auto lost = [](GDBusConnection*, const char*, gpointer daemon) { static_cast<Daemon*>(daemon)->nameLost(); };
+  name_ = g_bus_own_name_on_connection(session_->gobj(), BusInterface::busName, G_BUS_NAME_OWNER_FLAGS_NONE, nullptr,
+                                       lost, this, nullptr);
+}
+
+void Daemon::nameLost() {
+  if (stopping_) return;
+  sink_(Priority::Error, "another program has the name com.quorvel.Hushmode on the session bus");
+  stop(busLost);
 }
 
 void Daemon::watchFiles() {

@@ -48,13 +48,13 @@ class Daemon {
   void startHost();
   void makeFirstFiles();
   void ownName();
+  void nameLost();
   void watchFiles();
   void profilesChanged();
   void serviceChanged(const std::string& name, const devices::ServiceState& now, const devices::ServiceState* before);
   void aboutToSleep();
   void tell(const host::Switch& each);
   bool setEnabled(bool enabled);
-  void afterAll();
 
   Options options_;
   devices::LogSink sink_;

@@ -13,6 +13,9 @@ using platform::Dictionary;
 
 namespace {
 
+/// A tone at the end of a profile, and the media volume after it.
+constexpr double toneSeconds = 2.5;
+
 constexpr double progressStep = 86400;  // Often enough: a day takes milliseconds.
 
 /// Thrown where a host dies. No standard exception: nothing in the host may catch it.
@@ -60,7 +63,7 @@ Simulation::Simulation(Scenario scenario, Audience audience, Hosting hosting)
   switches_ = std::make_unique<SwitchWatch>(
       host::WatchedPhone{[this] { return phone_->time().now(); }, [this] { return stateOf(*phone_); },
                          [this] { return phone_->wifi().joined(); }},
-      [this](const Switch& each) {
+      hosting == Hosting::Full ? host::Host::settleSeconds : toneSeconds, [this](const Switch& each) {
         if (audience_.switched) audience_.switched(each);
       });
   const auto complaint = [this](const std::string& text) { complain(text); };
