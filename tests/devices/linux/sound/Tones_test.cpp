@@ -1,5 +1,6 @@
 #include "devices/linux/sound/Tones.h"
 
+#include "devices/linux/sound/PulseVolumes.h"
 #include "tests/devices/linux/sound/Recording.h"
 #include "tests/devices/linux/sound/SoundTest.h"
 
@@ -24,7 +25,19 @@ bool isPlaying() { return !run({"pactl", "list", "short", "sink-inputs"}).empty(
 struct TonesTest : ::testing::Test {
   explicit TonesTest(bool withBus = true)
       : bus(withBus ? Gio::DBus::Connection::get_sync(Gio::DBus::BusType::SESSION) : nullptr) {
+    setVolumes(1);
     tones.emplace(bus, services);
+  }
+
+  /// Of the phone as a whole, and of the ringtone.
+  static void setVolumes(float ringtone) {
+    KeptNotifications center;
+    ReportedServices services;
+    PulseVolumes volumes(center, services);
+    EXPECT_TRUE(runUntil([&] { return services.isAvailable("volumes"); }));
+    EXPECT_TRUE(volumes.sharedAVSystemController()->setVolumeTo(1, PulseVolumes::general));
+    EXPECT_TRUE(volumes.sharedAVSystemController()->setVolumeTo(ringtone, PulseVolumes::ringtone));
+    EXPECT_TRUE(runUntil([&] { return !volumes.pending(); }));
   }
 
   void feedbackdIsThere() {
@@ -112,6 +125,15 @@ TEST_F(FeedbackdTonesTest, AreHeardOnceWhenAskedTo) {
   ASSERT_TRUE(runUntil([this] { return !reasons.empty(); }));
   EXPECT_EQ(reasons, std::vector<guint32>{cameToItsEnd});
   EXPECT_GT(recording.loudSeconds(), 0.1);
+}
+
+TEST_F(FeedbackdTonesTest, SoundAtTheRingtoneVolume) {
+  feedbackdIsThere();
+  setVolumes(0);
+  const Recording recording;
+  tones->alertClass().playToneAndVibrationForType(1, chime, std::nullopt);
+  ASSERT_TRUE(runUntil([this] { return !reasons.empty(); }));
+  EXPECT_EQ(recording.loudSeconds(), 0);
 }
 
 TEST_F(FeedbackdTonesTest, VibrateWithoutASound) {
