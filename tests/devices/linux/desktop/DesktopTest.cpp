@@ -26,9 +26,12 @@ bool waitUntil(const std::function<bool()>& condition) {
         return false;
       },
       30);
+  // What is waited for may be no event of the loop: the doing of another process.
+  sigc::connection look = Glib::signal_timeout().connect([] { return true; }, 10);
   const auto context = Glib::MainContext::get_default();
   while (!condition() && !expired) context->iteration(true);
   limit.disconnect();
+  look.disconnect();
   return condition();
 }
 
