@@ -41,7 +41,11 @@ LinuxPhone::LinuxPhone(const Options& options, Services& services, LinuxPhoneEve
       logind_(options.systemBus, services, options.sessionId,
               {[this] { tell(events_.aboutToSleep); }, [this] { tell(events_.resumed); }, {}}),
       screen_(options.sessionBus, logind_, services),
-      calendars_(foundation_.defaultNotificationCenter(), [this] { return foundation_.timeZone(); }) {
+      calendars_(foundation_.defaultNotificationCenter(), [this] { return foundation_.timeZone(); }),
+      statusIcon_(options.sessionBus, options.iconFolder, services),
+      alertViews_(options.sessionBus, services, {"Hush Mode", "hushmode", "com.quorvel.Hushmode"}),
+      appearance_(options.sessionBus, services),
+      uiKit_(alertViews_, appearance_) {
   doNotDisturb_.setListener([this](bool) { tell(events_.effectsChanged); });
   if (!options.calendarFolder.empty()) {
     calendars_.add(std::make_unique<WatchedCalendarFolder>(options.calendarFolder, services, warningsTo(sink)));
@@ -66,11 +70,13 @@ platform::Class* LinuxPhone::classNamed(std::string_view name) {
   if (name == platform::SpringBoard::className) return &screen_.springBoardClass();
   if (name == platform::SBBacklightController::className) return &screen_.backlightClass();
   if (platform::Class* found = doNotDisturb_.classNamed(name)) return found;
+  if (platform::Class* found = statusIcon_.classNamed(name)) return found;
   return alarms_.classNamed(name);
 }
 
 void LinuxPhone::processEnded() {
   foundation_.processEnded();
+  alertViews_.processEnded();
   wakeTimers_.processEnded();
   // Last: what ends above may queue work from its destructor.
   loop_.processEnded();

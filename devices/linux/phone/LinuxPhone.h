@@ -10,10 +10,13 @@
 #include "devices/linux/desktop/ClockAlarms.h"
 #include "devices/linux/desktop/DarwinNotifications.h"
 #include "devices/linux/desktop/DoNotDisturb.h"
+#include "devices/linux/desktop/StatusIcon.h"
 #include "devices/linux/desktop/VibrateMirror.h"
 #include "devices/linux/network/NetworkManagerWiFi.h"
-#include "devices/linux/phone/RestingUIKit.h"
+#include "devices/linux/session/Appearance.h"
+#include "devices/linux/session/LinuxUIKit.h"
 #include "devices/linux/session/Logind.h"
+#include "devices/linux/session/NotificationAlerts.h"
 #include "devices/linux/session/Screen.h"
 #include "devices/linux/sound/PulseVolumes.h"
 #include "devices/linux/sound/Tones.h"
@@ -48,6 +51,7 @@ class LinuxPhone final : public platform::Device {
     Glib::RefPtr<Gio::DBus::Connection> sessionBus, systemBus;  ///< May be null.
     std::string sessionId;                                      ///< Of the login session; may be empty.
     std::filesystem::path calendarFolder;                       ///< Of iCalendar files; none when empty.
+    std::filesystem::path iconFolder;                           ///< Of the icon theme "hicolor".
   };
 
   /// `services` must outlive the phone. `sink` takes the lines about what is wrong; empty for none.
@@ -104,7 +108,10 @@ class LinuxPhone final : public platform::Device {
   Logind logind_;
   Screen screen_;
   LinuxCalendars calendars_;
-  RestingUIKit uiKit_;
+  StatusIcon statusIcon_;
+  NotificationAlerts alertViews_;
+  Appearance appearance_;
+  LinuxUIKit uiKit_;
 };
 
 }  // namespace hushmode::devices

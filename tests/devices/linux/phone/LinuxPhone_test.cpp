@@ -32,7 +32,7 @@ class LinuxPhoneTest : public ::testing::Test {
   std::unique_ptr<LinuxPhone> make(bool withBuses) {
     const auto& root = folder.path();
     LinuxPhone::Options options{
-        {{root / "config", root / "state", root / "data"}}, nullptr, nullptr, {}, root / "calendars"};
+        {{root / "config", root / "state", root / "data"}}, nullptr, nullptr, {}, root / "calendars", root / "icons"};
     if (withBuses) options.sessionBus = sessionBus, options.systemBus = systemBus;
     return std::make_unique<LinuxPhone>(options, services, LinuxPhoneEvents{},
                                         [this](Priority priority, const auto& line) {
@@ -78,7 +78,7 @@ TEST_F(LinuxPhoneTest, WorksWithoutAnyBus) {
 TEST_F(LinuxPhoneTest, FindsItsClassesByName) {
   const auto phone = make(true);
   for (const char* name : {"PCSimpleTimer", "VolumeControl", "TLAlert", "SpringBoard", "SBBacklightController",
-                           "CCUIModuleInstanceManager", "AlarmManager"}) {
+                           "CCUIModuleInstanceManager", "AlarmManager", "LSStatusBarItem"}) {
     EXPECT_NE(phone->classNamed(name), nullptr) << name;
   }
   for (const char* name : {"AVController", "SBControlCenterController", "NoSuchClass", ""}) {
