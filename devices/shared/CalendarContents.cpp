@@ -26,6 +26,14 @@ bool CalendarContents::remove(std::string_view name) {
   return true;
 }
 
+bool CalendarContents::removeIf(const std::function<bool(const std::string& name)>& condition) {
+  const auto isMeant = [&](const auto& text) { return condition(text.first); };
+  if (std::none_of(texts_.begin(), texts_.end(), isMeant)) return false;
+  disarrange();
+  std::erase_if(texts_, isMeant);
+  return true;
+}
+
 /// The members lead to entries of texts that change or go.
 void CalendarContents::disarrange() {
   arranged_ = false;

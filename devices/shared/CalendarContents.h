@@ -22,6 +22,8 @@ class CalendarContents {
   void put(const std::string& name, ICalFile content);
   /// Answers whether there was such a text.
   bool remove(std::string_view name);
+  /// Removes the texts whose name fulfils the condition; answers whether there was one.
+  bool removeIf(const std::function<bool(const std::string& name)>& condition);
   /// Puts together the entries of all texts; does nothing when they are the same as at the last time.
   void arrange();
 

@@ -11,7 +11,8 @@ namespace {
 /// Enough for ten rules over 200 years; no real zone comes near.
 constexpr std::int64_t kWorkPerZone = 100'000;
 
-/// The zone that has this name outside of any file.
+}  // namespace
+
 std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier) {
   if (auto zone = TimeZone::named(identifier)) return zone;
   for (std::size_t slash = identifier.find('/'); slash != std::string_view::npos;
@@ -21,8 +22,6 @@ std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier) {
   const std::string_view name = zoneOfWindowsName(identifier);
   return name.empty() ? nullptr : TimeZone::named(name);
 }
-
-}  // namespace
 
 const ICalZones::Definition& ICalZones::defined(std::string_view component, WorkBudget& budget) {
   static const Definition none;

@@ -31,6 +31,10 @@ class ICalZones {
   std::unordered_map<std::string, Definition> definitions_;
 };
 
+/// The zone that has this name outside of any file: that of the system's database, the same for the end of a prefixed
+/// identifier ("/example.org/2024/Europe/Berlin"), that of a Windows name. Null when none has it.
+std::shared_ptr<const TimeZone> wellKnownZone(std::string_view identifier);
+
 /// Finds the zones that the times of one VCALENDAR name.
 class ICalZoneResolver {
  public:
@@ -38,8 +42,7 @@ class ICalZoneResolver {
   ICalZoneResolver(const std::vector<std::string_view>& timeZones, ICalZones& zones, WorkBudget& budget,
                    const ICalProblem& problem);
 
-  /// By TZID: the VTIMEZONE, the zone of the system's database, the same for the end of a prefixed identifier
-  /// ("/example.org/2024/Europe/Berlin"), the zone of a Windows name. Null when none knows it.
+  /// By TZID: the VTIMEZONE, else the well-known zone. Null when there is neither.
   const TimeZone* resolve(std::string_view identifier);
 
   /// Every zone given out, to be kept as long as its times.
