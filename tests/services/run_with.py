@@ -78,10 +78,11 @@ class Session:
 
     def spawn(self, arguments, **environment):
         """Starts a process that lives as long as the session; its output goes to a log in the folder."""
-        log = open(self.folder / f"{pathlib.Path(arguments[0]).name}-{len(self.processes)}.log", "wb")
-        process = subprocess.Popen(arguments, env={**self.environment, **environment}, stdin=subprocess.DEVNULL,
-                                   stdout=log, stderr=subprocess.STDOUT, start_new_session=True)
-        process.log_name = log.name
+        log_name = self.folder / f"{pathlib.Path(arguments[0]).name}-{len(self.processes)}.log"
+        with open(log_name, "wb") as log:
+            process = subprocess.Popen(arguments, env={**self.environment, **environment}, stdin=subprocess.DEVNULL,
+                                       stdout=log, stderr=subprocess.STDOUT, start_new_session=True)
+        process.log_name = log_name
         self.processes.append(process)
         return process
 
