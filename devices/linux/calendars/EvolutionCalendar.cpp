@@ -1,7 +1,5 @@
 #include "devices/linux/calendars/EvolutionCalendar.h"
 
-#include "devices/shared/ICalZones.h"
-
 #include <algorithm>
 #include <glibmm/main.h>
 #include <utility>
@@ -19,12 +17,6 @@ constexpr milliseconds kSettling(300);
 /// To read everything is then quicker than one by one.
 constexpr std::size_t kMostReadSingly = 50;
 constexpr const char* kEverything = "#t";
-
-std::string taken(char* text) {
-  const std::string copy = text != nullptr ? text : "";
-  g_free(text);
-  return copy;
-}
 
 struct ObjectList {
   GSList* first = nullptr;
@@ -180,10 +172,10 @@ void EvolutionCalendar::oneRead(const std::string& uid, GAsyncResult* result) {
   ObjectList components;
   if (e_cal_client_get_objects_for_uid_finish(client_.get(), result, &components.first, error.place()) == FALSE) {
     if (!error.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND)) return fail(error.text());
-    reading_->objects.gone.insert(uid);
+    reading_->gone.insert(uid);
   }
   for (GSList* each = components.first; each != nullptr; each = each->next) {
-    add(e_cal_component_get_icalcomponent(static_cast<ECalComponent*>(each->data)));
+    reading_->texts.add(e_cal_component_get_icalcomponent(static_cast<ECalComponent*>(each->data)));
   }
   if (--reading_->awaited == 0) askForZones();
 }
@@ -191,7 +183,7 @@ void EvolutionCalendar::oneRead(const std::string& uid, GAsyncResult* result) {
 void EvolutionCalendar::readAll() {
   changed_.clear();
   reading_ = std::make_unique<Reading>();
-  reading_->objects.areAll = true;
+  reading_->isOfAll = true;
   e_cal_client_get_object_list(client_.get(), kEverything, cancellable_.get(), runResultHandler,
                                resultFor(&EvolutionCalendar::allRead));
 }
@@ -203,35 +195,17 @@ void EvolutionCalendar::allRead(GAsyncResult* result) {
     return fail(error.text());
   }
   for (GSList* each = components.first; each != nullptr; each = each->next) {
-    add(static_cast<ICalComponent*>(each->data));
+    reading_->texts.add(static_cast<ICalComponent*>(each->data));
   }
   askForZones();
 }
 
-void EvolutionCalendar::add(ICalComponent* component) {
-  const char* uid = component != nullptr ? i_cal_component_get_uid(component) : nullptr;
-  if (uid == nullptr) return;
-  reading_->objects.texts[uid] += taken(i_cal_component_as_ical_string(component));
-  i_cal_component_foreach_tzid(
-      component,
-      [](ICalParameter* parameter, void* identifiers) {
-        const char* identifier = i_cal_parameter_get_tzid(parameter);
-        if (identifier != nullptr) static_cast<std::set<std::string>*>(identifiers)->insert(identifier);
-      },
-      &reading_->zonesByUid[uid]);
-}
-
 /// The reader of the texts knows the zones of the world itself; others the service has to describe.
 void EvolutionCalendar::askForZones() {
-  std::set<std::string> unknown;
-  for (auto& [uid, identifiers] : reading_->zonesByUid) {
-    std::erase_if(identifiers, [](const std::string& identifier) { return wellKnownZone(identifier) != nullptr; });
-    unknown.insert(identifiers.begin(), identifiers.end());
-  }
-  std::erase_if(unknown, [&](const std::string& identifier) { return zones_.contains(identifier); });
-  reading_->awaited = unknown.size();
-  if (unknown.empty()) return finishReading();
-  for (const std::string& identifier : unknown) {
+  const std::set<std::string> missing = reading_->texts.missingZones(zones_);
+  reading_->awaited = missing.size();
+  if (missing.empty()) return finishReading();
+  for (const std::string& identifier : missing) {
     e_cal_client_get_timezone(
         client_.get(), identifier.c_str(), cancellable_.get(), runResultHandler,
         resultFor([identifier](EvolutionCalendar& self, GAsyncResult* result) { self.zoneRead(identifier, result); }));
@@ -244,7 +218,7 @@ void EvolutionCalendar::zoneRead(const std::string& identifier, GAsyncResult* re
   // Where the service knows none either, the reader says so.
   if (e_cal_client_get_timezone_finish(client_.get(), result, &zone, error.place()) != FALSE && zone != nullptr) {
     const GObjectPointer<ICalComponent> component(i_cal_timezone_get_component(zone));
-    if (component) zones_[identifier] = taken(i_cal_component_as_ical_string(component.get()));
+    if (component) zones_[identifier] = textOfComponent(component.get());
   }
   if (--reading_->awaited == 0) finishReading();
 }
@@ -252,21 +226,13 @@ void EvolutionCalendar::zoneRead(const std::string& identifier, GAsyncResult* re
 void EvolutionCalendar::finishReading() {
   limit_.disconnect();
   const std::unique_ptr<Reading> reading = std::move(reading_);
-  for (auto& [uid, text] : reading->objects.texts) {
-    std::string zones;
-    for (const std::string& identifier : reading->zonesByUid[uid]) {
-      const auto zone = zones_.find(identifier);
-      if (zone != zones_.end()) zones += zone->second;
-    }
-    text = "BEGIN:VCALENDAR\r\n" + zones + text + "END:VCALENDAR\r\n";
-  }
   wasRead_ = true;
   delay_ = kFirstRetry;
   obstacle_.clear();
   noteWritable();
   if (!changed_.empty()) readSoon();
   const auto self = shared_from_this();  // Whoever listens may let go of it.
-  listener_.read(reading->objects);
+  listener_.read({reading->texts.finished(zones_), reading->gone, reading->isOfAll});
   listener_.stateChanged();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devices/linux/calendars/EvolutionTexts.h"
 #include "devices/linux/calendars/GObjects.h"
 
 #include <chrono>
@@ -50,11 +51,11 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
  private:
   /// Objects that have been read, and the zones that are still to be asked for.
   struct Reading {
-    Objects objects;
-    std::map<std::string, std::set<std::string>> zonesByUid;
-    std::size_t awaited = 0;
+    EvolutionTexts texts;
+    std::set<std::string> gone;
+    bool isOfAll = false;
+    std::size_t awaited = 0;  ///< Answers that have not come yet.
   };
-  using Step = void (EvolutionCalendar::*)(GAsyncResult*);
 
   void connect();
   void connected(GAsyncResult* result);
@@ -66,7 +67,6 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
   void readAll();
   void allRead(GAsyncResult* result);
   void oneRead(const std::string& uid, GAsyncResult* result);
-  void add(ICalComponent* component);
   void askForZones();
   void zoneRead(const std::string& identifier, GAsyncResult* result);
   void finishReading();
@@ -95,8 +95,8 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
 
   std::set<std::string> changed_;  ///< UIDs that are to be read again.
   std::unique_ptr<Reading> reading_;
-  bool wasRead_ = false;                      ///< By this connection.
-  std::map<std::string, std::string> zones_;  ///< VTIMEZONEs by TZID.
+  bool wasRead_ = false;         ///< By this connection.
+  EvolutionTexts::Zones zones_;  ///< That the service has described.
 
   sigc::connection limit_, retry_, readingSoon_, writableSoon_;
   std::chrono::milliseconds delay_;
