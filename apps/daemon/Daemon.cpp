@@ -97,6 +97,7 @@ void Daemon::start() {
   phone.sessionBus = session_;
   phone.systemBus = system_;
   phone.calendarFolder = options_.calendarFolder;
+  phone.iconFolder = options_.dataFolder.parent_path() / "icons";
   if (const char* id = std::getenv("XDG_SESSION_ID")) phone.sessionId = id;
   phone_ = std::make_unique<devices::LinuxPhone>(phone, services_, std::move(events), sink_);
   host_ = std::make_unique<host::Host>(*phone_, [this](const std::string& line) { sink_(Priority::Warning, line); });

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <giomm/init.h>
 #include <glib-unix.h>
+#include <glibmm/exceptionhandler.h>
+#include <glibmm/init.h>
 #include <glibmm/miscutils.h>
 #include <iostream>
 #include <locale>
@@ -31,6 +33,7 @@ int main(int argc, char** argv) {
   std::setlocale(LC_ALL, "");
   // Property lists write numbers with a point, whatever the user's language.
   std::setlocale(LC_NUMERIC, "C");
+  Glib::set_init_to_users_preferred_locale(false);  // It would be set anew, numbers included.
   Gio::init();
 
   hushmode::daemon::Options options;
@@ -55,6 +58,14 @@ int main(int argc, char** argv) {
 
   const auto sink =
       hushmode::devices::journalSink(STDERR_FILENO, options.verbose ? Priority::Debug : Priority::Information);
+  // What a callback of the main loop throws ends that callback, not the daemon.
+  Glib::add_exception_handler([sink] {
+    try {
+      throw;
+    } catch (const std::exception& problem) {
+      sink(Priority::Error, std::string("a callback failed: ") + problem.what());
+    }
+  });
   const auto loop = Glib::MainLoop::create();
   int code = 0;
   try {

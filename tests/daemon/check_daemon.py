@@ -17,6 +17,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from hushmoded import (CALENDARS, CONFIG, INTERFACE, NAME, PATH, PROFILES, SETTINGS, STATE, Daemon, GLib, Refused,
                        put_event, read_profiles_file, remove_event, set_sink_volume, sink_volume, sink_volume_is,
                        wait_until, whole_seconds_from_now, write_profiles_file)  # noqa: E402
+from phone_services import SoundServer, WiFi  # noqa: E402
 
 PROGRAM = None
 LOUD, QUIET = 0.6, 0.1
@@ -102,6 +103,16 @@ class Interface(DaemonTest):
         daemon.call("DeleteProfile", "(x)", identifier)
         self.assertEqual(list(daemon.profiles()), ["Night"])
         wait_until(lambda: ("ProfilesChanged", ()) in daemon.signals, "the signal")
+
+    def test_numbers_are_the_same_where_people_write_a_comma(self):
+        folder = pathlib.Path(os.environ["HUSHMODE_SESSION_FOLDER"]) / "locale"
+        folder.mkdir()
+        subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", str(folder / "de_DE.UTF-8")], check=True)
+        daemon = self.start(LOCPATH=str(folder), LC_ALL="de_DE.UTF-8")
+        daemon.delete_all()
+        daemon.add(title="Büro", playBackVolume=0.25)
+        self.assertEqual(daemon.profiles()["Büro"]["playBackVolume"], 0.25)
+        self.assertEqual(read_profiles_file()[0]["playBackVolume"], 0.25)
 
     def test_what_no_profile_can_have_is_refused_and_nothing_changes(self):
         daemon = self.start()
@@ -208,6 +219,18 @@ class Switching(DaemonTest):
         wait_until(sink_volume_is(LOUD), "the volume as it was")
         self.assertEqual(daemon.log().count("changed by another program"), 1, daemon.log())
 
+    def test_joining_a_network_of_the_profile_makes_the_phone_quiet_and_leaving_it_loud(self):
+        daemon = self.start_with_profile(wifiNetworks=["Office"])
+        wifi = WiFi()
+        office = wifi.add("Office")
+        wait_until(lambda: {"name": "Office", "joined": False} in daemon.call("ListNetworks"), "the known network")
+        wifi.join(office)
+        wait_until(sink_volume_is(QUIET), "the profile's volume")
+        self.assertIn("Office", daemon.get("Applied")[0]["reason"])
+        self.assertIn({"name": "Office", "joined": True}, daemon.call("ListNetworks"))
+        wifi.leave()
+        wait_until(sink_volume_is(LOUD), "the volume as it was")
+
     def test_own_writes_are_not_taken_for_those_of_others(self):
         daemon = self.start_with_profile()
         self.go_quiet(daemon)
@@ -257,6 +280,23 @@ class Lives(DaemonTest):
         remove_event()
         self.start()
         wait_until(sink_volume_is(LOUD), "the volume as it was")
+
+    def test_the_sound_server_may_die_and_return_in_an_event(self):
+        daemon = self.start_with_profile()
+        self.go_quiet(daemon)
+        sound = SoundServer()
+        sound.kill()
+        wait_until(lambda: "volumes" in daemon.get("Degraded"), "the report that volumes rest")
+        sound.start()
+        try:
+            wait_until(lambda: "volumes" not in daemon.get("Degraded"), "the report that volumes are back")
+            set_sink_volume(LOUD)
+            remove_event()
+            wait_until(lambda: not daemon.applied(), "the end")
+            wait_until(sink_volume_is(LOUD), "the volume as it was")
+            self.assertEqual(daemon.log().count("volumes: rests"), 1, daemon.log())
+        finally:
+            daemon.end()
 
     def test_at_rest_it_does_not_wake_up(self):
         daemon = self.start()

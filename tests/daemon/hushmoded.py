@@ -95,13 +95,13 @@ class Refused(Exception):
 class Daemon:
     """hushmoded, started by the test and waited for until it owns its name."""
 
-    def __init__(self, program, arguments=(), wait=True):
+    def __init__(self, program, arguments=(), wait=True, **environment):
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.signals = []
         self.log_path = pathlib.Path(os.environ["HUSHMODE_SESSION_FOLDER"]) / f"hushmoded-{time.monotonic_ns()}.log"
         with open(self.log_path, "wb") as log:
             self.process = subprocess.Popen([program, "--calendars", str(CALENDARS), *arguments], stdout=log, stderr=log,
-                                            env={**os.environ, "TZ": zone_of_noon()})
+                                            env={**os.environ, "TZ": zone_of_noon(), **environment})
         self.subscription = self.bus.signal_subscribe(None, None, None, PATH, None, 0, self._heard)
         if wait:
             wait_until(lambda: self.owner() or self.process.poll() is not None, "the bus name")
