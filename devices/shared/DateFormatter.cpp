@@ -72,6 +72,25 @@ std::string field(char letter, std::size_t count, const LocalTime& time) {
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
+/// Appends the quoted text whose quote is at `at`, and answers where the pattern goes on. Two quotes are one quote,
+/// inside a quoted text and outside; a text that is not closed goes to the end.
+std::size_t quotedFrom(const std::string& pattern, std::size_t at, std::string& text) {
+  if (pattern.compare(at, 2, "''") == 0) {
+    text += '\'';
+    return at + 2;
+  }
+  for (++at; at < pattern.size(); ++at) {
+    if (pattern[at] != '\'') {
+      text += pattern[at];
+    } else if (pattern.compare(at, 2, "''") == 0) {
+      text += pattern[at++];
+    } else {
+      return at + 1;
+    }
+  }
+  return at;
+}
+
 }  // namespace
 
 std::string DateFormatter::stringFromDate(platform::Date date) const {
@@ -81,10 +100,7 @@ std::string DateFormatter::stringFromDate(platform::Date date) const {
   std::string text;
   for (std::size_t at = 0; at < pattern.size();) {
     if (pattern[at] == '\'') {
-      // Two quotes are one quote; between single ones letters stand for themselves.
-      const std::size_t close = pattern.find('\'', at + 1);
-      text += close == at + 1 ? "'" : pattern.substr(at + 1, close - at - 1);
-      at = close == std::string::npos ? pattern.size() : close + 1;
+      at = quotedFrom(pattern, at, text);
     } else if (isLetter(pattern[at])) {
       const std::size_t end = std::min(pattern.find_first_not_of(pattern[at], at), pattern.size());
       text += field(pattern[at], end - at, time);

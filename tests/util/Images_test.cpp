@@ -118,7 +118,9 @@ TEST_F(Utilities, TheDateFormatterWritesWhatItsPatternSays) {
       {"h:mm a", "9:05 AM"},
       {"EEE, d MMM yy", "Tue, 14 May 24"},
       {"EEEE d MMMM", "Tuesday 14 May"},
-      {"'at' HH 'o''clock'", "at 09 oclock"},
+      {"'at' HH 'o''clock'", "at 09 o'clock"},
+      {"'it is ''now''' HH", "it is 'now' 09"},
+      {"HH 'open", "09 open"},
       {"''HH''", "'09'"},
       {"", ""},
   };
