@@ -4,6 +4,7 @@
 #include "tests/support/MainLoopWait.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <gio/gio.h>
 #include <giomm/dbusconnection.h>
 #include <giomm/init.h>
@@ -13,6 +14,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <sys/wait.h>
 #include <utility>
 #include <vector>
 
@@ -76,7 +78,12 @@ class MockedService {
     runUntil([&] { return isGone; });
   }
   /// It keeps its name and answers nothing, until it goes on.
-  void hang() const { g_subprocess_send_signal(process_.get(), SIGSTOP); }
+  void hang() const {
+    g_subprocess_send_signal(process_.get(), SIGSTOP);
+    siginfo_t stopped;
+    waitid(P_PID, static_cast<id_t>(std::atoi(g_subprocess_get_identifier(process_.get()))), &stopped,
+           WSTOPPED | WNOWAIT);
+  }
   void goOn() const { g_subprocess_send_signal(process_.get(), SIGCONT); }
 
   /// Calls a method of the stand-in and waits for the answer; what the mock reports happens meanwhile reaches the main

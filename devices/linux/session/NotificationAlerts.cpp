@@ -153,8 +153,8 @@ void NotificationAlerts::send(Question& question) {
     actions.push_back(Glib::ustring(std::to_string(actions.size() / 2)));
     actions.push_back(notificationText(title, false));
   }
+  // Not "resident": such a one stays on the screen of some servers after its answer, whoever closes it.
   const Properties hints{{"urgency", Glib::Variant<std::uint8_t>::create(critical)},
-                         {"resident", Glib::Variant<bool>::create(true)},
                          {"suppress-sound", Glib::Variant<bool>::create(true)},
                          {"desktop-entry", Glib::Variant<Glib::ustring>::create(program_.desktopEntry)}};
   service_.client()->call(
