@@ -249,6 +249,7 @@ class GuardedDevice::IconClass final : public LSStatusBarItem::Class {
 GuardedDevice::GuardedDevice(platform::Device& phone, GuardHooks hooks)
     : phone_(phone),
       hooks_(std::move(hooks)),
+      volumes_(phone),
       armed_(std::make_shared<Armed>()),
       foundation_(std::make_unique<Foundation>(*this)),
       coreFoundation_(std::make_unique<CoreFoundation>(*this)),
@@ -267,10 +268,12 @@ platform::Class* GuardedDevice::classNamed(std::string_view name) {
   if (!real) return nullptr;
   if (name == PCSimpleTimer::className) return timerClass_.get();
   if (name == LSStatusBarItem::className) return iconClass_.get();
+  if (name == platform::VolumeControl::className) return volumes_.volumeControlClass();
   return real;
 }
 
 void GuardedDevice::processEnded() {
+  volumes_.forget();
   phone_.processEnded();
   armed_->timers.clear();
 }

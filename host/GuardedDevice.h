@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/HeldVolumes.h"
 #include "platform/Device.h"
 #include "platform/PersistentConnection.h"
 #include "platform/StatusBar.h"
@@ -28,7 +29,7 @@ struct ArmedWakeUp {
 };
 
 /// A phone seen through its host: every call goes through to the real one, but whatever the library queues, observes
-/// or arms comes back through the host, and the host knows what is armed.
+/// or arms comes back through the host, the host knows what is armed, and volumes can be held back.
 class GuardedDevice final : public platform::Device {
  public:
   /// `phone` must outlive the object.
@@ -39,13 +40,14 @@ class GuardedDevice final : public platform::Device {
   platform::CoreFoundation& coreFoundation() override;
   platform::EventKit& eventKit() override { return phone_.eventKit(); }
   platform::MobileWiFi& mobileWiFi() override { return phone_.mobileWiFi(); }
-  platform::Celestial& celestial() override { return phone_.celestial(); }
+  platform::Celestial& celestial() override { return volumes_; }
   platform::AudioToolbox& audioToolbox() override { return phone_.audioToolbox(); }
   platform::UIKit& uiKit() override;
   platform::Class* classNamed(std::string_view name) override;
   void processEnded() override;
 
   platform::Device& phone() const { return phone_; }
+  HeldVolumes& volumes() { return volumes_; }
   /// The library's wake-ups, in the order in which they were armed.
   std::vector<ArmedWakeUp> armedWakeUps() const;
   /// Disarms all of them.
@@ -68,6 +70,7 @@ class GuardedDevice final : public platform::Device {
 
   platform::Device& phone_;
   GuardHooks hooks_;
+  HeldVolumes volumes_;
   std::shared_ptr<Armed> armed_;
   std::weak_ptr<Icon> icon_;
   std::unique_ptr<Foundation> foundation_;

@@ -9,6 +9,7 @@
 #include "util/Now.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace hushmode::host {
 
@@ -50,6 +51,7 @@ void Host::kill() {
   lookTimer_.reset();
   lookAt_.reset();
   order_.clear();
+  reassertLater_ = unfinished_ = planned_ = false;
   depth_ = 0;
   settledRound_ = settleRound_;
 }
@@ -80,6 +82,9 @@ void Host::start() {
     planNow(false);
     // What an earlier process left needs no waiting, unless the plan has just begun to revert something itself.
     if (before == 0) settle();
+    // The file may call a profile applied whose effects the earlier process did not live to see done.
+    unfinished_ = before > 0;
+    if (unfinished_) settleLater();
   });
 }
 
@@ -165,9 +170,9 @@ void Host::reassert() {
   if (const Profile profile = manager()->profileByIdentifier(order_.back())) profile->refreshSoundSettingsIfRequired();
 }
 
-void Host::settleLater() {
+void Host::settleLater(double seconds) {
   const std::uint64_t round = ++settleRound_;
-  phone_.coreFoundation().mainRunLoop().dispatchAfter(settleSeconds, [this, round] {
+  phone_.coreFoundation().mainRunLoop().dispatchAfter(seconds, [this, round] {
     if (round != settleRound_) return;
     settledRound_ = round;
     perform([this] { settle(); });
@@ -177,9 +182,11 @@ void Host::settleLater() {
 }
 
 void Host::settle() {
-  restore_->settle(appliedProfiles());
-  if (!reassertLater_ || order_.empty()) return;
-  reassertLater_ = false;
+  if (!restore_->settle(appliedProfiles())) settleLater(retrySeconds);
+  const bool unfinished = std::exchange(unfinished_, false), disturbed = std::exchange(reassertLater_, false);
+  if (order_.empty()) return;
+  if (unfinished) return reassert();
+  if (!disturbed) return;
   // The delayed steps of the revert may have gone over what was asserted at once.
   const Profile latest = manager()->profileByIdentifier(order_.back());
   const PhoneState now = restore_->phone();
@@ -238,7 +245,7 @@ void Host::phoneChanged() {
 void Host::volumeIsChanging(bool byUser) {
   if (!process_) return;
   // Below system 11 the library reads the mark the other way round.
-  setHm_ChangedViaHWButtons(phone_.celestial().sharedAVSystemController(), HMUtils::isIOS11() == byUser);
+  setHm_ChangedViaHWButtons(device_.celestial().sharedAVSystemController(), HMUtils::isIOS11() == byUser);
 }
 
 void Host::serviceReturned() {

@@ -67,6 +67,8 @@ class Host {
 
   /// The delayed steps of a switch (tone, media volume, vibrate switches) are over by then.
   static constexpr double settleSeconds = 3.0;
+  /// What could not be put back is tried again after this long, and as soon as a service returns.
+  static constexpr double retrySeconds = 60.0;
   /// A network that is gone for less than this was not left.
   static constexpr double leaveSeconds = 10.0;
 
@@ -173,7 +175,7 @@ class Host {
 
   // Restoring.
   std::vector<Profile> appliedProfiles() const;
-  void settleLater();
+  void settleLater(double seconds = settleSeconds);
   void settle();
   void reassert();
 
@@ -191,9 +193,10 @@ class Host {
   std::deque<Switch> recent_;
 
   int depth_ = 0;
-  bool planned_ = false;  ///< Something in this piece may call for another look.
-  bool enabled_ = false;  ///< The master switch, as last seen.
-  bool reassertLater_ = false;
+  bool planned_ = false;             ///< Something in this piece may call for another look.
+  bool enabled_ = false;             ///< The master switch, as last seen.
+  bool reassertLater_ = false;       ///< A revert may have gone over what another profile asks for.
+  bool unfinished_ = false;          ///< Applied by an earlier process, perhaps not to the end.
   std::vector<std::int64_t> order_;  ///< The applied profiles, the latest last.
   std::uint64_t settleRound_ = 0, settledRound_ = 0, leaveRound_ = 0;
   std::optional<std::string> network_;  ///< The one that plans were made for last.

@@ -34,8 +34,9 @@ void addOnce(std::vector<float>& volumes, float volume) {
 }
 
 /// After a death: a volume that no profile has set is the user's.
-void adopt(std::optional<float>& found, const std::vector<float>& set, const std::optional<float>& now) {
-  if (differ(found, now) && !isAmong(set, *now)) found = now;
+void adopt(std::optional<float>& found, std::optional<float>& hand, const std::vector<float>& set,
+           const std::optional<float>& now) {
+  if (differ(found, now) && !isAmong(set, *now)) found = hand = now;
 }
 
 }  // namespace
@@ -50,8 +51,8 @@ void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   ledger_ = saved_ = Ledger::load();
   const PhoneState now = readPhoneState();
   if (ledger_.open) {
-    adopt(ledger_.found.ringtone, ledger_.ringtonesSet, now.ringtone);
-    adopt(ledger_.found.media, ledger_.mediasSet, now.media);
+    adopt(ledger_.found.ringtone, byHand_.ringtone, ledger_.ringtonesSet, now.ringtone);
+    adopt(ledger_.found.media, byHand_.media, ledger_.mediasSet, now.media);
     if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
     // The answer to keep a volume reaches the library's saved state first.
     const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
@@ -75,6 +76,7 @@ void RestoreGuard::begin(const std::vector<Profile>& applied) {
   begun_ = readPhoneState();
   appliedAtBegin_ = identifiersOf(applied);
   keyAtBegin_ = savedVolume(saved::ringtone);
+  device_.volumes().hold();
   if (!ledger_.open) return;
   noteChangesByOthers(begun_, !applied.empty());
   noteLateServices(begun_);
@@ -161,7 +163,9 @@ void RestoreGuard::end(const std::vector<Profile>& applied) {
     }
     assertUnion(applied);
     save();
+    dropDetours(applied);
   }
+  device_.volumes().release();
   seen_ = readPhoneState();
 }
 
@@ -178,6 +182,23 @@ void RestoreGuard::noteKeptVolume() {
 void RestoreGuard::holdTheHand(const PhoneState& now) {
   if (differ(byHand_.ringtone, now.ringtone)) setRingtone(*byHand_.ringtone);
   if (differ(byHand_.media, now.media)) setMedia(*byHand_.media);
+}
+
+/// From one event to the next, the end of the first puts back what the second changes again when its tone is over.
+/// Nobody is to hear that.
+void RestoreGuard::dropDetours(const std::vector<Profile>& applied) {
+  if (appliedAtBegin_.empty() || applied.empty()) return;
+  HeldVolumes& volumes = device_.volumes();
+  const auto isDetour = [&](const std::optional<float>& held, const std::optional<float>& found,
+                            const std::optional<float>& hand, double (HMProfile::*asked)() const) {
+    return held && !differ(held, found) && (!hand || differ(held, hand)) &&
+           std::none_of(applied.begin(), applied.end(),
+                        [&](const Profile& each) { return sameVolume(*held, static_cast<float>(((*each).*asked)())); });
+  };
+  if (isDetour(volumes.ringtone(), ledger_.found.ringtone, byHand_.ringtone, &HMProfile::ringerVolume)) {
+    volumes.dropRingtone();
+  }
+  if (isDetour(volumes.media(), ledger_.found.media, byHand_.media, &HMProfile::playBackVolume)) volumes.dropMedia();
 }
 
 /// Do Not Disturb and the icon belong to all applied profiles together, and Do Not Disturb to the user before them.
@@ -197,6 +218,7 @@ bool RestoreGuard::settle(const std::vector<Profile>& applied) {
     keepSavedVolumes();
     return true;
   }
+  device_.volumes().release();  // Whether the phone takes what it is given is to be seen.
   if (!putBack()) {
     if (!waits_) say_("not everything could be put back as it was: a service of the phone is away. It will be.");
     waits_ = true;

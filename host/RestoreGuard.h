@@ -55,6 +55,7 @@ class RestoreGuard {
   void noteLateServices(const PhoneState& now);
   void noteKeptVolume();
   void holdTheHand(const PhoneState& now);
+  void dropDetours(const std::vector<Profile>& applied);
   void assertUnion(const std::vector<Profile>& applied);
   void keepSavedVolumes() const;
   bool putBack();

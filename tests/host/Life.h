@@ -1,16 +1,52 @@
 #pragma once
 
+#include "apps/simulation/FullHost.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/simulation/TimeText.h"
 #include "tests/simulation/Play.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace hushmode::simulation {
+
+/// Changes of what the phone shows, to say what is wanted of it.
+using Change = std::function<void(PhoneState&)>;
+
+/// A moment of a life at which the phone is looked at.
+struct Moment {
+  std::string at;  ///< As in a scenario.
+  Change wanted;   ///< What is different then from what there was in the beginning.
+  /// How many of the steps come before it; absent: those of its time and earlier ones. For clocks that are set back.
+  std::optional<std::size_t> after = std::nullopt;
+};
+
+/// A volume that the phone was told to take.
+struct VolumeWrite {
+  platform::Date at;
+  bool media;
+  double volume;
+};
+
+/// What a life of the host came to.
+struct Life {
+  PhoneState before, end;
+  std::vector<PhoneState> moments;
+  std::vector<bool> missed;  ///< Moments in which the host was dead, or had not settled after its new start.
+  std::vector<VolumeWrite> writes;
+  std::vector<std::string> complaints;
+  std::size_t entries = 0;  ///< That the host caused.
+  bool died = false;
+};
+
+inline host::Host& hostOf(Simulation& simulation) { return static_cast<FullHost&>(simulation.host()).host(); }
 
 /// A scenario from JSON text.
 inline Scenario scenarioOf(const std::string& json) {
@@ -22,18 +58,52 @@ inline Scenario scenarioOf(const std::string& json) {
   return scenario;
 }
 
-/// What a life of the host came to.
-struct Life {
-  PhoneState before, end;
-  std::size_t entries = 0;  ///< That the host caused.
-  bool died = false;
-};
-
-inline Life live(const Scenario& scenario, std::size_t deathAt = 0, double restartSeconds = 2) {
+/// Plays a scenario with the real host. With `deathAt` the host dies as it causes that entry of the record, and is
+/// started again `restartSeconds` later.
+inline Life live(Scenario scenario, const std::vector<Moment>& moments = {}, std::size_t deathAt = 0,
+                 double restartSeconds = 2) {
   Life life;
+  life.moments.resize(moments.size());
+  life.missed.resize(moments.size());
+  Simulation* playing = nullptr;
+  double deathTime = 0;
+  const auto isRecovering = [&] {
+    if (!playing->hasDied()) return false;
+    const double since = playing->phone().time().uptime() - deathTime;
+    return since < restartSeconds + 2 * host::Host::settleSeconds;
+  };
+  std::vector<Step> steps;
+  for (std::size_t taken = 0; taken <= scenario.steps.size(); ++taken) {
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+      const auto at = parseTime(moments[i].at, *scenario.zone, scenario.from);
+      if (!at) throw std::invalid_argument(moments[i].at);
+      const auto later =
+          std::find_if(scenario.steps.begin(), scenario.steps.end(), [&](const Step& step) { return step.at > *at; });
+      const auto place = moments[i].after.value_or(static_cast<std::size_t>(later - scenario.steps.begin()));
+      if (place != taken) continue;
+      steps.push_back({*at, [&life, &isRecovering, i](Simulation& simulation) {
+                         life.moments[i] = stateOf(simulation.phone());
+                         life.missed[i] = isRecovering();
+                       }});
+    }
+    if (taken < scenario.steps.size()) steps.push_back(scenario.steps[taken]);
+  }
+  scenario.steps = std::move(steps);
   Audience audience;
-  audience.entry = [&](const devices::RecordEntry& entry) { life.entries += entry.kind != devices::kind::phone; };
-  Simulation simulation(scenario, std::move(audience), Hosting::Full);
+  audience.complaint = [&](const std::string& line) { life.complaints.push_back(line); };
+  audience.entry = [&](const devices::RecordEntry& entry) {
+    life.entries += entry.kind != devices::kind::phone;
+    if (life.entries == deathAt && playing) deathTime = playing->phone().time().uptime();
+    if (entry.kind != devices::kind::effect) return;
+    const std::string name = *entry.fields.find("name")->as<std::string>();
+    const auto volume = [&] { return *entry.fields.find("volume")->as<double>(); };
+    if (name == "setMediaVolume") life.writes.push_back({entry.time, true, volume()});
+    if (name == "setVolumeTo" && *entry.fields.find("category")->as<std::string>() == "Ringtone") {
+      life.writes.push_back({entry.time, false, volume()});
+    }
+  };
+  Simulation simulation(std::move(scenario), std::move(audience), Hosting::Full);
+  playing = &simulation;
   if (deathAt > 0) simulation.setDeath(deathAt, restartSeconds);
   life.before = stateOf(simulation.phone());
   try {
@@ -42,6 +112,7 @@ inline Life live(const Scenario& scenario, std::size_t deathAt = 0, double resta
     // A question that died with the host cannot be answered any more.
     if (!simulation.hasDied()) throw;
     life.end = life.before;
+    life.missed.assign(moments.size(), true);
     life.died = true;
     return life;
   }
