@@ -30,6 +30,7 @@ class PulseConnection {
   pa_context* context() const { return isReady_ ? context_.get() : nullptr; }
   /// The server's name and version ("PulseAudio 16.1"); empty before the first answer.
   const std::string& serverName() const { return serverName_; }
+  bool isPipeWire() const { return serverName_.find("PipeWire") != std::string::npos; }
 
   /// Takes over an operation that was started on `context`: `answered` is to be called at its end. A server that leaves
   /// one unanswered for too long is given up, and tried again.

@@ -1,11 +1,17 @@
 #include "devices/linux/sound/PulseVolume.h"
 
+#include "devices/linux/sound/Later.h"
+
 #include <string_view>
 #include <utility>
 
 namespace hushmode::devices {
 
 namespace {
+
+// How long PipeWire may take to do what it said it did.
+constexpr unsigned proofReadings = 20;
+constexpr unsigned proofMilliseconds = 25;
 
 constexpr const char* eventRole = "sink-input-by-media-role:event";
 
@@ -16,7 +22,7 @@ std::string textOf(const char* text) { return text ? text : ""; }
 PulseVolume::PulseVolume(PulseConnection& connection, Handlers handlers)
     : connection_(connection), handlers_(std::move(handlers)) {}
 
-PulseVolume::~PulseVolume() = default;
+PulseVolume::~PulseVolume() { nextReading_.disconnect(); }
 
 bool PulseVolume::set(float volume) {
   pa_context* context = connection_.context();
@@ -33,9 +39,29 @@ bool PulseVolume::set(float volume) {
 
 void PulseVolume::answered(bool accepted) {
   connection_.answered();
+  if (!accepted || !connection_.isPipeWire()) return settle(accepted);
+  ++unproven_;
+  readingsLeft_ = proofReadings;
+  read();
+}
+
+void PulseVolume::settle(bool accepted) {
   const auto change = tracked_.answered(accepted);
   if (!accepted) read();
   if (change) handlers_.changed(*change);
+}
+
+/// PipeWire answers first, and then does what it was asked to. A level read in between is an old one.
+bool PulseVolume::isProven(pa_volume_t level) {
+  if (unproven_ == 0) return true;
+  if (!tracked_.isAsked(level) && readingsLeft_ > 0) {
+    --readingsLeft_;
+    nextReading_.disconnect();
+    nextReading_ = callLater(proofMilliseconds, [this] { read(); });
+    return false;
+  }
+  for (; unproven_ > 0; --unproven_) settle(true);
+  return true;
 }
 
 void PulseVolume::read() {
@@ -49,13 +75,14 @@ void PulseVolume::read() {
 void PulseVolume::endReading(pa_volume_t level, bool isOther) {
   isThere_ = true;
   if (isOther) tracked_.takeNewBaseline();
-  const auto change = tracked_.seen(level);
+  const auto change = isProven(level) ? tracked_.seen(level) : std::nullopt;
   endReading();
   if (change) handlers_.changed(*change);
 }
 
 void PulseVolume::endReadingWithoutVolume() {
   isThere_ = false;
+  if (std::exchange(unproven_, 0) > 0) tracked_.lost();
   tracked_.unknown();
   endReading();
 }
@@ -69,6 +96,8 @@ void PulseVolume::endReading() {
 
 void PulseVolume::lost() {
   tracked_.lost();
+  nextReading_.disconnect();
+  unproven_ = 0;
   isReading_ = readAgain_ = wasRead_ = isThere_ = false;
 }
 

@@ -52,10 +52,15 @@ class PulseVolume {
  private:
   void endReading();
   void answered(bool accepted);
+  bool isProven(pa_volume_t level);
+  void settle(bool accepted);
 
   PulseConnection& connection_;
   Handlers handlers_;
   TrackedVolume tracked_{PA_VOLUME_NORM};
+  unsigned unproven_ = 0;  ///< Requests that PipeWire answered and may not have carried out.
+  unsigned readingsLeft_ = 0;
+  sigc::connection nextReading_;
   bool isReading_ = false, readAgain_ = false, wasRead_ = false, isThere_ = false;
 };
 

@@ -101,8 +101,10 @@ void PulseVolumes::serverCame() {
   const auto subscribed = [](pa_context*, int, void* self) {
     static_cast<PulseVolumes*>(self)->connection_.answered();
   };
-  constexpr auto events = static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
-  connection_.await(pa_context_subscribe(context, events, subscribed, this));
+  unsigned events = PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER;
+  // PipeWire never tells of a role's volume; but desktops let hear what their sliders are set to.
+  if (connection_.isPipeWire()) events |= PA_SUBSCRIPTION_MASK_SINK_INPUT;
+  connection_.await(pa_context_subscribe(context, static_cast<pa_subscription_mask_t>(events), subscribed, this));
   const auto role = [](pa_context*, void* self) { static_cast<PulseVolumes*>(self)->ringtone_.read(); };
   pa_ext_stream_restore_set_subscribe_cb(context, role, this);
   connection_.await(pa_ext_stream_restore_subscribe(context, 1, subscribed, this));
@@ -116,7 +118,7 @@ void PulseVolumes::serverLost(const std::string& why) {
   tellLater();
 }
 
-/// The role as well at each event: PipeWire says nothing of its changes.
+/// The role as well at each event, for PipeWire's sake.
 void PulseVolumes::readAll() {
   ringtone_.read();
   sink_.read();

@@ -14,7 +14,7 @@ float cut(float volume) { return volume > 0 ? std::min(volume, 1.0f) : 0.0f; }  
 
 std::optional<float> TrackedVolume::value() const {
   if (!asked_.empty()) return share(asked_.back());
-  return settled_ ? std::optional(share(*settled_)) : std::nullopt;
+  return isKnown_ ? std::optional(share(*settled_)) : std::nullopt;
 }
 
 TrackedVolume::Level TrackedVolume::levelFor(float volume) const {
@@ -35,20 +35,27 @@ std::optional<VolumeChange> TrackedVolume::answered(bool accepted) {
     takeNewBaseline();
     return std::nullopt;
   }
-  if (settled_.has_value() && *settled_ == level) return std::nullopt;
+  if (settled_ && isSame(*settled_, level)) return std::nullopt;
   settled_ = level;
+  isKnown_ = true;
   return VolumeChange{share(level), false};
 }
 
 std::optional<VolumeChange> TrackedVolume::seen(Level level) {
   if (pending()) return std::nullopt;
+  isKnown_ = true;
   const bool isBaseline = std::exchange(baselineIsDue_, false);
-  if (settled_.has_value() && *settled_ == level) return std::nullopt;
-  const bool isFirst = !settled_.has_value();
+  if (settled_ && isSame(*settled_, level)) return std::nullopt;
+  const bool isFirst = !settled_;
   settled_ = level;
   top_ = std::max(full_, level);
   if (isFirst) return std::nullopt;
   return VolumeChange{share(level), !isBaseline};
+}
+
+void TrackedVolume::unknown() {
+  isKnown_ = false;
+  takeNewBaseline();
 }
 
 void TrackedVolume::lost() {
@@ -58,8 +65,13 @@ void TrackedVolume::lost() {
 
 float TrackedVolume::share(Level level) const {
   // What was asked reads back exactly, whatever the server's steps are.
-  if (lastAsked_ >= 0 && level == levelFor(lastAsked_)) return lastAsked_;
+  if (lastAsked_ >= 0 && isSame(level, levelFor(lastAsked_))) return lastAsked_;
   return static_cast<float>(std::min(1.0, static_cast<double>(level) / full_));
+}
+
+bool TrackedVolume::isSame(Level one, Level other) const {
+  constexpr Level steps = 256;  // A slider has 100.
+  return std::max(one, other) - std::min(one, other) <= full_ / steps;
 }
 
 }  // namespace hushmode::devices

@@ -20,7 +20,8 @@ struct VolumeChange {
 /// unanswered was true before that request, which overwrites it.
 class TrackedVolume {
  public:
-  /// A level as the server counts: 0 is silence, `full` is 1.0, more is amplified.
+  /// A level as the server counts: 0 is silence, `full` is 1.0, more is amplified. Levels that nobody can tell apart
+  /// count as the same: some servers round.
   using Level = std::uint32_t;
   explicit TrackedVolume(Level full) : full_(full), top_(full) {}
 
@@ -42,18 +43,22 @@ class TrackedVolume {
   void takeNewBaseline() { baselineIsDue_ = true; }
   /// The server went away: what was asked of it is forgotten, and what it says next is a new baseline.
   void lost();
-  /// There is no such volume at present.
-  void unknown() { settled_.reset(); }
+  /// There is no such volume at present; the next one seen is a new baseline.
+  void unknown();
 
+  /// Whether this is the level asked last.
+  bool isAsked(Level level) const { return pending() && isSame(asked_.back(), level); }
   /// Whether a request is still unanswered.
   bool pending() const { return !asked_.empty(); }
 
  private:
   float share(Level level) const;
+  bool isSame(Level one, Level other) const;
 
   Level full_;
-  Level top_;  ///< What 1.0 stands for.
-  std::optional<Level> settled_;
+  Level top_;                     ///< What 1.0 stands for.
+  std::optional<Level> settled_;  ///< What the server has, or had when it was last known.
+  bool isKnown_ = false;
   std::deque<Level> asked_;
   float lastAsked_ = -1;
   bool baselineIsDue_ = true;

@@ -18,9 +18,16 @@ TEST_F(TrackedVolumeTest, IsUnknownUntilSeenAndThenIsNoChange) {
   EXPECT_EQ(volume.value(), std::nullopt);
   EXPECT_EQ(volume.seen(250), nothing);
   EXPECT_EQ(volume.value(), 0.25F);
+}
+
+TEST_F(TrackedVolumeTest, ThatThereIsNoMoreIsUnknownAndThenMayBeAnother) {
+  volume.seen(250);
   volume.unknown();
   EXPECT_EQ(volume.value(), std::nullopt);
-  EXPECT_EQ(volume.seen(500), nothing) << "there again";
+  EXPECT_EQ(volume.seen(500), (VolumeChange{0.5F, false})) << "there again";
+  volume.unknown();
+  EXPECT_EQ(volume.seen(500), nothing);
+  EXPECT_EQ(volume.value(), 0.5F);
 }
 
 TEST_F(TrackedVolumeTest, TellsWhatOthersChangeOnce) {
@@ -103,6 +110,20 @@ TEST_F(TrackedVolumeTest, OfAServerThatWentIsTheOneSeenLast) {
   EXPECT_FALSE(volume.pending());
   EXPECT_EQ(volume.value(), 0.25F);
   EXPECT_EQ(volume.seen(600), (VolumeChange{0.6F, false})) << "no change by the user";
+}
+
+TEST_F(TrackedVolumeTest, IsTheSameWhereNobodyCanTellTheDifference) {
+  volume.seen(250);
+  EXPECT_EQ(volume.seen(253), nothing);
+  EXPECT_EQ(volume.seen(247), nothing);
+  EXPECT_EQ(volume.seen(254), (VolumeChange{0.254F, true}));
+  volume.asked(0.5F);
+  EXPECT_TRUE(volume.isAsked(502));
+  EXPECT_FALSE(volume.isAsked(504));
+  volume.answered(true);
+  EXPECT_EQ(volume.seen(502), nothing) << "our own, rounded";
+  EXPECT_EQ(volume.value(), 0.5F);
+  EXPECT_FALSE(volume.isAsked(500)) << "it is answered";
 }
 
 TEST_F(TrackedVolumeTest, CutsWhatIsAsked) {

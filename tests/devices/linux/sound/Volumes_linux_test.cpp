@@ -2,6 +2,7 @@
 #include "tests/contracts/VolumesContract.h"
 #include "tests/devices/linux/sound/SoundTest.h"
 
+#include <csignal>
 #include <glibmm/main.h>
 #include <optional>
 #include <stdexcept>
@@ -30,12 +31,17 @@ class PulseVolumesWorld final : public VolumesWorld {
   platform::VolumeControl& mediaControl() override { return *volumes_.volumeControlClass().sharedVolumeControl(); }
   void userSets(std::string_view category, float volume) override {
     const std::size_t before = notices_.size();
+    std::optional<int> sound;
     if (category == PulseVolumes::media) {
       devices::run({"pactl", "set-sink-volume", "@DEFAULT_SINK@", std::to_string(volume * 100) + "%"});
     } else {
       desktop_.sharedAVSystemController()->setVolumeTo(volume, category);
+      EXPECT_TRUE(runUntil([this] { return !desktop_.pending(); }));
+      // Desktops let hear what a slider is set to.
+      sound = devices::start({"sh", "-c", "exec pacat --playback --property=media.role=event </dev/zero"});
     }
     EXPECT_TRUE(runUntil([this, before] { return notices_.size() > before; }));
+    if (sound) devices::endProcess(*sound, SIGTERM);
   }
   void settle() override {
     EXPECT_TRUE(runUntil([this] { return !volumes_.pending(); }));
