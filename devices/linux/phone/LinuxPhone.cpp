@@ -1,5 +1,6 @@
 #include "devices/linux/phone/LinuxPhone.h"
 
+#include "devices/linux/calendars/EvolutionCalendars.h"
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
 
 namespace hushmode::devices {
@@ -50,6 +51,7 @@ LinuxPhone::LinuxPhone(const Options& options, Services& services, LinuxPhoneEve
   if (!options.calendarFolder.empty()) {
     calendars_.add(std::make_unique<WatchedCalendarFolder>(options.calendarFolder, services, warningsTo(sink)));
   }
+  calendars_.add(makeEvolutionCalendars(options.sessionBus, services, warningsTo(sink)));
   services.report("wake-ups", mayWakeDevice() ? ServiceState{true, "the phone wakes for switches"}
                                               : ServiceState{false,
                                                              "this process may not wake the sleeping phone: it lacks "
