@@ -1,9 +1,9 @@
 #pragma once
 
 #include "apps/cli/Terminal.h"
-#include "host/Switches.h"
 #include "devices/shared/TimeZone.h"
 #include "devices/simulated/Record.h"
+#include "host/Switches.h"
 
 #include <ostream>
 #include <string>

@@ -43,9 +43,9 @@ std::string errorName(host::EditError::Kind kind) {
 }
 
 template <class List>
-BusDictionaries busForms(const List& list) {
-  BusDictionaries forms;
-  for (const auto& each : list) forms.push_back(busForm(each));
+bus::Dictionaries busForms(const List& list) {
+  bus::Dictionaries forms;
+  for (const auto& each : list) forms.push_back(bus::busForm(each));
   return forms;
 }
 
@@ -57,8 +57,8 @@ T argument(const Glib::VariantContainerBase& arguments, gsize index) {
   return *value;
 }
 
-BusDictionaries calendars() {
-  BusDictionaries list;
+bus::Dictionaries calendars() {
+  bus::Dictionaries list;
   for (const auto& each : HMEventManager::sharedManager()->calendars()) {
     list.push_back({{"identifier", Glib::Variant<Glib::ustring>::create(each->calendarIdentifier())},
                     {"title", Glib::Variant<Glib::ustring>::create(each->title())},
@@ -68,8 +68,8 @@ BusDictionaries calendars() {
   return list;
 }
 
-BusDictionaries networks(const host::Host& host) {
-  BusDictionaries list;
+bus::Dictionaries networks(const host::Host& host) {
+  bus::Dictionaries list;
   const auto joined = host.joinedNetwork();
   for (const auto& each : HMWiFiManager::sharedManager()->knownNetworks()) {
     const auto name = networkName(each);
@@ -109,7 +109,7 @@ BusInterface::~BusInterface() {
 }
 
 void BusInterface::tellSwitch(const host::Switch& each) {
-  emit(interfaceName, "Switched", argumentsOf(busForm(each)));
+  emit(interfaceName, "Switched", argumentsOf(bus::busForm(each)));
   refresh();
 }
 
@@ -174,17 +174,17 @@ Glib::VariantContainerBase BusInterface::perform(const Call& call) {
   if (method == "ListNetworks") return argumentsOf(networks(host_));
   if (method == "RecentSwitches") {
     const auto limit = argument<guint32>(call.arguments, 0);
-    BusDictionaries forms = busForms(host_.recentSwitches());
+    bus::Dictionaries forms = busForms(host_.recentSwitches());
     if (limit > 0 && forms.size() > limit) forms.erase(forms.begin(), forms.end() - limit);
     return argumentsOf(forms);
   }
   if (method == "AddProfile") {
-    const auto profile = profileFrom(argument<BusDictionary>(call.arguments, 0));
+    const auto profile = bus::profileFrom(argument<bus::Dictionary>(call.arguments, 0));
     host::checkProfile(profile);
     return argumentsOf(static_cast<gint64>(host_.addProfile(profile)));
   }
   if (method == "UpdateProfile") {
-    const auto changes = profileFrom(argument<BusDictionary>(call.arguments, 1));
+    const auto changes = bus::profileFrom(argument<bus::Dictionary>(call.arguments, 1));
     host::checkProfile(changes);
     host_.updateProfile(argument<gint64>(call.arguments, 0), changes);
   } else if (method == "DeleteProfile") {
@@ -203,8 +203,8 @@ Glib::VariantContainerBase BusInterface::perform(const Call& call) {
 Glib::VariantBase BusInterface::property(const std::string& name) const {
   if (name == "Version") return Glib::Variant<guint32>::create(interfaceVersion);
   if (name == "Enabled") return Glib::Variant<bool>::create(host_.isEnabled());
-  if (name == "Applied") return Glib::Variant<BusDictionaries>::create(busForms(host_.applied()));
-  if (name == "Armed") return Glib::Variant<BusDictionaries>::create(busForms(host_.armed()));
+  if (name == "Applied") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.applied()));
+  if (name == "Armed") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.armed()));
   std::map<Glib::ustring, std::tuple<bool, Glib::ustring>> states;
   std::vector<Glib::ustring> degraded;
   for (const auto& [service, state] : services_.states()) {
@@ -225,7 +225,7 @@ void BusInterface::refresh() {
 
 void BusInterface::tellChanges() {
   if (!host_.isRunning()) return;
-  BusDictionary changed;
+  bus::Dictionary changed;
   for (const char* name : propertyNames) {
     const auto value = property(name);
     auto& told = told_[name];
@@ -238,7 +238,7 @@ void BusInterface::tellChanges() {
          argumentsOf(Glib::ustring(interfaceName), changed, std::vector<Glib::ustring>()));
   }
   auto profiles = busForms(host_.profiles());
-  if (!equal(Glib::Variant<BusDictionaries>::create(profiles), Glib::Variant<BusDictionaries>::create(profilesTold_))) {
+  if (!equal(Glib::Variant<bus::Dictionaries>::create(profiles), Glib::Variant<bus::Dictionaries>::create(profilesTold_))) {
     profilesTold_ = std::move(profiles);
     emit(interfaceName, "ProfilesChanged", {});
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/daemon/BusTypes.h"
+#include "apps/bus/BusTypes.h"
 #include "devices/linux/base/Services.h"
 #include "host/Host.h"
 
@@ -67,7 +67,7 @@ class BusInterface {
   std::set<std::string> trusted_;                        ///< Senders that are this user's.
   std::map<std::string, std::vector<Call>> unverified_;  ///< Calls that wait for an answer about their sender.
   std::map<std::string, Glib::VariantBase> told_;        ///< The properties as they were told last.
-  BusDictionaries profilesTold_;
+  bus::Dictionaries profilesTold_;
   sigc::connection idle_;
 };
 

@@ -27,7 +27,8 @@ constexpr std::string_view enabledKey = "com.quorvel.hushmode.enabled";
 constexpr int busLost = 1;
 
 /// What the services are expected to speak up about before the first plan.
-constexpr const char* awaited[] = {"volumes", "do not disturb", "networks", "tones", "sleep and lock"};
+constexpr const char* awaited[] = {"volumes", "do not disturb", "networks",
+                                   "tones",   "sleep and lock", "calendar service"};
 
 Glib::RefPtr<Gio::DBus::Connection> busOrNone(Gio::DBus::BusType type, std::string& why) {
   try {

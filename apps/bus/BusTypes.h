@@ -8,20 +8,20 @@
 #include <vector>
 
 /// The forms that Hush Mode's values take on the bus.
-namespace hushmode::daemon {
+namespace hushmode::bus {
 
-using BusDictionary = std::map<Glib::ustring, Glib::VariantBase>;
-using BusDictionaries = std::vector<BusDictionary>;
+using Dictionary = std::map<Glib::ustring, Glib::VariantBase>;
+using Dictionaries = std::vector<Dictionary>;
 
 /// A profile as its file has it. Dates are seconds since 1970; data and nested dictionaries are left out.
-BusDictionary busForm(const platform::Dictionary& profile);
+Dictionary busForm(const platform::Dictionary& profile);
 
 /// A profile that somebody sends. Throws host::EditError (InvalidArgument) for a value of a type that no profile has;
 /// whether it fits its key is not looked at.
-platform::Dictionary profileFrom(const BusDictionary& given);
+platform::Dictionary profileFrom(const Dictionary& given);
 
-BusDictionary busForm(const host::Switch& each);
-BusDictionary busForm(const host::AppliedProfile& each);
-BusDictionary busForm(const host::PlannedWakeUp& each);
+Dictionary busForm(const host::Switch& each);
+Dictionary busForm(const host::AppliedProfile& each);
+Dictionary busForm(const host::PlannedWakeUp& each);
 
-}  // namespace hushmode::daemon
+}  // namespace hushmode::bus

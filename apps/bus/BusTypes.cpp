@@ -1,10 +1,10 @@
-#include "apps/daemon/BusTypes.h"
+#include "apps/bus/BusTypes.h"
 
 #include "host/ProfileCheck.h"
 
 #include <optional>
 
-namespace hushmode::daemon {
+namespace hushmode::bus {
 
 using platform::Array;
 using platform::Date;
@@ -80,21 +80,21 @@ Value valueOf(const std::string& key, const Glib::VariantBase& given) {
 
 }  // namespace
 
-BusDictionary busForm(const platform::Dictionary& profile) {
-  BusDictionary form;
+Dictionary busForm(const platform::Dictionary& profile) {
+  Dictionary form;
   for (const auto& [key, value] : profile) {
     if (auto each = busForm(value)) form.emplace(key, std::move(*each));
   }
   return form;
 }
 
-platform::Dictionary profileFrom(const BusDictionary& given) {
+platform::Dictionary profileFrom(const Dictionary& given) {
   platform::Dictionary profile;
   for (const auto& [key, value] : given) profile.set(key.raw(), valueOf(key.raw(), value));
   return profile;
 }
 
-BusDictionary busForm(const host::Switch& each) {
+Dictionary busForm(const host::Switch& each) {
   return {{"date", variant(each.at.secondsSince1970())},
           {"profile", text(each.profile)},
           {"identifier", variant(static_cast<gint64>(each.identifier))},
@@ -103,19 +103,19 @@ BusDictionary busForm(const host::Switch& each) {
           {"change", text(each.withNext ? "" : host::differenceText(each.before, each.after))}};
 }
 
-BusDictionary busForm(const host::AppliedProfile& each) {
-  BusDictionary form{{"identifier", variant(static_cast<gint64>(each.identifier))},
-                     {"title", text(each.title)},
-                     {"reason", text(each.reason)},
-                     {"since", variant(each.since.secondsSince1970())}};
+Dictionary busForm(const host::AppliedProfile& each) {
+  Dictionary form{{"identifier", variant(static_cast<gint64>(each.identifier))},
+                  {"title", text(each.title)},
+                  {"reason", text(each.reason)},
+                  {"since", variant(each.since.secondsSince1970())}};
   if (each.until) form.emplace("until", variant(each.until->secondsSince1970()));
   return form;
 }
 
-BusDictionary busForm(const host::PlannedWakeUp& each) {
-  BusDictionary form{{"date", variant(each.date.secondsSince1970())}};
+Dictionary busForm(const host::PlannedWakeUp& each) {
+  Dictionary form{{"date", variant(each.date.secondsSince1970())}};
   if (each.profile) form.emplace("profile", variant(static_cast<gint64>(*each.profile)));
   return form;
 }
 
-}  // namespace hushmode::daemon
+}  // namespace hushmode::bus

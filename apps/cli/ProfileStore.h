@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/PropertyList.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hushmode::cli {
+
+/// The user's profiles, in the form of their file (docs/profiles-file.md): in the daemon while it runs, since there is
+/// one writer, and in the file under the daemon's lock while it does not.
+///
+/// Every change throws simulation::InputError for what no profile can hold, and ServiceError for what could not be
+/// saved; then nothing is changed.
+class ProfileStore {
+ public:
+  /// The daemon, if it runs; else the file. Throws ServiceError when another program holds the lock.
+  static std::unique_ptr<ProfileStore> open();
+  virtual ~ProfileStore() = default;
+
+  virtual std::vector<platform::Dictionary> list() = 0;
+  /// Answers the identifier of the new profile.
+  virtual std::int64_t add(const platform::Dictionary& profile) = 0;
+  /// Sets these keys.
+  virtual void update(std::int64_t identifier, const platform::Dictionary& changes) = 0;
+  virtual void remove(std::int64_t identifier) = 0;
+  virtual bool isEnabled() = 0;
+  /// The master switch.
+  virtual void setEnabled(bool enabled) = 0;
+  /// Whether changes take effect at once.
+  virtual bool isLive() const = 0;
+};
+
+/// The title of a profile; "(no title)" in the user's language when it has none.
+std::string titleOf(const platform::Dictionary& profile);
+std::int64_t identifierOf(const platform::Dictionary& profile);
+
+/// The profile of that title, or of that identifier when no title fits. Throws simulation::InputError with the nearest
+/// title.
+platform::Dictionary profileNamed(const std::vector<platform::Dictionary>& profiles, const std::string& name);
+
+}  // namespace hushmode::cli
