@@ -44,19 +44,31 @@ def zone_of_noon():
     return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
 
 
-def put_event(title, start, end, calendar_name="work", uid="one"):
-    """Writes a calendar with this one event; times are seconds since 1970. As sync programs do it: by a rename."""
-    folder = CALENDARS / calendar_name
-    folder.mkdir(parents=True, exist_ok=True)
+def event(title, start, end, uid="one"):
+    """The text of a calendar with this one event; times are seconds since 1970."""
 
     def utc(seconds):
         return time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(seconds))
 
     lines = ["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:test", "BEGIN:VEVENT", f"UID:{uid}", f"SUMMARY:{title}",
              f"DTSTAMP:{utc(start)}", f"DTSTART:{utc(start)}", f"DTEND:{utc(end)}", "END:VEVENT", "END:VCALENDAR", ""]
+    return "\r\n".join(lines)
+
+
+def put_event(title, start, end, calendar_name="work", uid="one"):
+    """Writes a calendar with this one event into the folder. As sync programs do it: by a rename."""
+    folder = CALENDARS / calendar_name
+    folder.mkdir(parents=True, exist_ok=True)
     new = folder / f".{uid}.new"
-    new.write_text("\r\n".join(lines))
+    new.write_text(event(title, start, end, uid))
     new.rename(folder / f"{uid}.ics")
+
+
+def put_service_event(title, start, end):
+    """The same in the personal calendar of Evolution Data Server, which reads it when it first opens that calendar."""
+    folder = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "evolution" / "calendar" / "system"
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / "calendar.ics").write_text(event(title, start, end))
 
 
 def remove_event(calendar_name="work", uid="one"):
