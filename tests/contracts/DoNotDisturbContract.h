@@ -68,12 +68,15 @@ TYPED_TEST_P(DoNotDisturbContract, WhatTheUserSwitchesShows) {
   EXPECT_FALSE(this->module()->isSelected());
 }
 
-TYPED_TEST_P(DoNotDisturbContract, TheUserCanEndWhatWasSwitchedOnHere) {
+TYPED_TEST_P(DoNotDisturbContract, TheUserCanEndWhatWasSwitchedOnHereAndItCanBeSwitchedOnAgain) {
   this->module()->buttonTapped(nullptr, nullptr);
   ASSERT_TRUE(this->world.isPhoneQuiet());
   this->world.userSwitches(false);
   EXPECT_FALSE(this->world.isPhoneQuiet());
   EXPECT_FALSE(this->module()->isSelected());
+  this->module()->buttonTapped(nullptr, nullptr);
+  EXPECT_TRUE(this->world.isPhoneQuiet());
+  EXPECT_TRUE(this->module()->isSelected());
 }
 
 TYPED_TEST_P(DoNotDisturbContract, TheButtonOfTheViewCanBeTapped) {
@@ -92,6 +95,6 @@ TYPED_TEST_P(DoNotDisturbContract, TheButtonOfTheViewCanBeTapped) {
 
 REGISTER_TYPED_TEST_SUITE_P(DoNotDisturbContract, ATapSwitchesOver, TheLastOfManyTapsHolds,
                             SettingItSelectedAgainChangesNothing, WhatTheUserSwitchesShows,
-                            TheUserCanEndWhatWasSwitchedOnHere, TheButtonOfTheViewCanBeTapped);
+                            TheUserCanEndWhatWasSwitchedOnHereAndItCanBeSwitchedOnAgain, TheButtonOfTheViewCanBeTapped);
 
 }  // namespace hushmode::contracts

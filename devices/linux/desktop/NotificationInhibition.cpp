@@ -21,9 +21,6 @@ NotificationInhibition::NotificationInhibition(const Glib::RefPtr<Gio::DBus::Con
 
 void NotificationInhibition::appeared(BusClient& client) {
   state_ = State::Asking;
-  // What the service before it knew of went with it.
-  requesting_ = false;
-  cookie_.reset();
   client.hear(itsProperties, "PropertiesChanged", "(sa{sv}as)",
               [this](const std::string&, const Glib::VariantContainerBase& values) {
                 if (valueAt<Glib::ustring>(values, 0) != Glib::ustring(name)) return;
@@ -42,6 +39,7 @@ void NotificationInhibition::appeared(BusClient& client) {
 
 void NotificationInhibition::vanished() {
   state_ = State::Away;
+  // What it knew of, and what it was asked, went with it.
   requesting_ = false;
   cookie_.reset();
   inhibited_ = false;
@@ -69,6 +67,7 @@ void NotificationInhibition::pursue() {
   if (requesting_ || wanted_ == cookie_.has_value()) return;
   requesting_ = true;
   requested_ = wanted_;
+  stuck_ = false;
   wanted_ ? inhibit() : endInhibition();
 }
 
@@ -101,7 +100,9 @@ void NotificationInhibition::failed(const BusClient::Failure& failure) {
     // Not tried again by itself: a phone that falls silent long after it was asked to would surprise.
     wanted_ = false;
   } else if (failure.refused) {
-    cookie_.reset();  // The service knows it no more. One that did not answer may still have it: it is kept.
+    cookie_.reset();  // The service knows it no more.
+  } else {
+    stuck_ = true;  // The service may still have it: the cookie is kept for the next time that its end is asked for.
   }
   readBack();
 }
@@ -118,14 +119,13 @@ void NotificationInhibition::settle(bool inhibited) {
   inhibited_ = inhibited;
   requesting_ = false;
   if (!inhibited_ && cookie_) endedByUser();
-  if (wanted_ != requested_) pursue();  // Asked otherwise meanwhile.
+  if (!stuck_) pursue();  // It may have been asked otherwise meanwhile.
   changed_();
 }
 
 void NotificationInhibition::changedTo(bool inhibited) {
   if (state_ != State::Ready || !offered_) return;
   inhibited_ = inhibited;
-  if (requesting_) return;  // Read back soon.
   if (!inhibited_ && cookie_) endedByUser();
   changed_();
 }

@@ -57,6 +57,7 @@ class NotificationInhibition {
   bool wanted_ = false;                  ///< Only while offered.
   bool requesting_ = false;              ///< A request is under way.
   bool requested_ = false;               ///< What the last one was for.
+  bool stuck_ = false;                   ///< It was for the end, and was not answered.
   std::optional<std::uint32_t> cookie_;  ///< Of the own inhibition.
   std::string trouble_;
   std::optional<RemoteService> service_;

@@ -73,14 +73,13 @@ void VibrateMirror::follow() {
 }
 
 void VibrateMirror::set(std::string_view profile) {
-  setting_ = true;
   const bool accepted = settings_->set_string(profileKey, std::string(profile));
-  setting_ = false;
   services_.report(service, accepted ? following : ServiceState{false, "the profile of feedbackd is locked"});
 }
 
+/// Whatever else than "silent" is chosen now was not overruled, and is no reason to bring back what was.
 void VibrateMirror::profileChanged() {
-  if (!setting_ && settings_->get_string(profileKey) != Glib::ustring(silent.data())) remember("");
+  if (settings_->get_string(profileKey) != Glib::ustring(silent.data())) remember("");
 }
 
 std::string VibrateMirror::remembered() const {

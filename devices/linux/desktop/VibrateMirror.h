@@ -41,7 +41,6 @@ class VibrateMirror {
   platform::UserDefaults& defaults_;
   Services& services_;
   Glib::RefPtr<Gio::Settings> settings_;
-  bool setting_ = false;  ///< The change that is told of is our own.
   sigc::connection changes_;
   DarwinNotifications::Observation observation_;
 };

@@ -202,6 +202,20 @@ TEST_F(DoNotDisturbTest, WhatTheUserHadSwitchedOnDoesNotMove) {
   showBanners(true);
 }
 
+TEST_F(DoNotDisturbTest, WhatTheUserSwitchedOffAndOnAgainIsTheUsersAndDoesNotMove) {
+  ASSERT_TRUE(waitForReport(theSetting));
+  doNotDisturb.set(true);
+  for (const bool shown : {true, false}) {
+    showBanners(shown);
+    ASSERT_TRUE(waitUntil([&] { return doNotDisturb.isOn() == !shown; }));
+  }
+  NotificationsStandIn service;
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  exchangeWith(bus);
+  EXPECT_FALSE(areBannersShown());
+  EXPECT_EQ(service.calls(), Texts());
+}
+
 TEST_F(DoNotDisturbTest, ARefusalIsReportedAndShows) {
   NotificationsStandIn service;
   ASSERT_TRUE(waitForReport(theInhibitions));
@@ -216,6 +230,37 @@ TEST_F(DoNotDisturbTest, ARefusalIsReportedAndShows) {
   EXPECT_TRUE(service.isInhibited());
 }
 
+TEST_F(DoNotDisturbTest, WhatWasRefusedIsNotAskedOfTheNextService) {
+  auto service = std::make_optional<NotificationsStandIn>();
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  service->setBehaviour(Behaviour::Refuses);
+  doNotDisturb.set(true);
+  ASSERT_TRUE(waitUntil([&] { return !services.isAvailable("do not disturb"); }));
+  service.reset();
+  ASSERT_TRUE(waitForReport("-the notification service is away"));
+  service.emplace();
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  exchangeWith(bus);
+  EXPECT_EQ(service->calls(), Texts());
+}
+
+TEST_F(DoNotDisturbTest, WhatTheUserEndedIsNotAskedOfTheNextService) {
+  auto service = std::make_optional<NotificationsStandIn>();
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  doNotDisturb.set(true);
+  ASSERT_TRUE(waitUntil([&] { return service->probes() == 2; }));
+  exchangeWith(bus);
+  service->clearInhibitions();
+  ASSERT_TRUE(waitUntil([&] { return !doNotDisturb.isOn(); }));
+  service.reset();
+  ASSERT_TRUE(waitForReport("-the notification service is away"));
+  EXPECT_FALSE(doNotDisturb.isOn());
+  service.emplace();
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  exchangeWith(bus);
+  EXPECT_EQ(service->calls(), Texts());
+}
+
 TEST_F(DoNotDisturbTest, ARequestThatIsNeverAnsweredEndsAfterTheTimeLimit) {
   NotificationsStandIn service;
   ASSERT_TRUE(waitForReport(theInhibitions));
@@ -228,13 +273,15 @@ TEST_F(DoNotDisturbTest, ARequestThatIsNeverAnsweredEndsAfterTheTimeLimit) {
   EXPECT_EQ(service.calls(), Texts{"Inhibit hushmode"});
 }
 
-TEST_F(DoNotDisturbTest, AnInhibitionWhoseEndIsNotAnsweredIsStillHeldAndCanBeEndedLater) {
+class UnansweredEndTest : public DoNotDisturbTest, public ::testing::WithParamInterface<Behaviour> {};
+
+TEST_P(UnansweredEndTest, LeavesTheInhibitionHeldSoThatItCanBeEndedLater) {
   NotificationsStandIn service;
   ASSERT_TRUE(waitForReport(theInhibitions));
   doNotDisturb.set(true);
   ASSERT_TRUE(waitUntil([&] { return service.probes() == 2; }));
   exchangeWith(bus);
-  service.setBehaviour(Behaviour::StopsRequests);
+  service.setBehaviour(GetParam());
   doNotDisturb.set(false);
   EXPECT_FALSE(doNotDisturb.isOn());
   EXPECT_TRUE(waitUntil([&] { return doNotDisturb.isOn(); }));
@@ -245,8 +292,12 @@ TEST_F(DoNotDisturbTest, AnInhibitionWhoseEndIsNotAnsweredIsStillHeldAndCanBeEnd
   EXPECT_FALSE(doNotDisturb.isOn());
 }
 
+INSTANTIATE_TEST_SUITE_P(Behaviours, UnansweredEndTest,
+                         ::testing::Values(Behaviour::StopsRequests, Behaviour::NeverAnswers));
+
 TEST_F(DoNotDisturbTest, AServiceThatNeverAnswersLeavesTheSettingUntilItDoes) {
   NotificationsStandIn service(true, Behaviour::NeverAnswers);
+  ASSERT_TRUE(waitUntil([&] { return service.probes() == 1; }));
   EXPECT_TRUE(waitForReport(theSetting));
   doNotDisturb.set(true);
   EXPECT_FALSE(areBannersShown());
@@ -313,6 +364,35 @@ TEST_F(DoNotDisturbTest, NothingIsCalledBackAfterItsEnd) {
   exchangeWith(bus);
   EXPECT_EQ(calls, 0);
   showBanners(true);
+}
+
+/// Where what may be asked of the class beside what DoNotDisturb asks shows.
+class NotificationInhibitionTest : public DesktopTest {
+ protected:
+  NotificationInhibition inhibition{bus, std::chrono::milliseconds(300), [] {}};
+};
+
+TEST_F(NotificationInhibitionTest, IsNotHeldInReserveForAServiceToCome) {
+  ASSERT_TRUE(waitUntil([&] { return inhibition.isKnown(); }));
+  inhibition.setInhibited(true);
+  EXPECT_FALSE(inhibition.isInhibited());
+  NotificationsStandIn service;
+  ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent(); }));
+  exchangeWith(bus);
+  EXPECT_EQ(service.calls(), Texts());
+}
+
+TEST_F(NotificationInhibitionTest, IsForgottenWithAServiceThatHasNone) {
+  auto service = std::make_optional<NotificationsStandIn>();
+  ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent(); }));
+  inhibition.setInhibited(true);
+  service.emplace(false);
+  ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent() && !inhibition.isOffered(); }));
+  EXPECT_FALSE(inhibition.isInhibited());
+  service.emplace();
+  ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent() && inhibition.isOffered(); }));
+  exchangeWith(bus);
+  EXPECT_EQ(service->calls(), Texts());
 }
 
 }  // namespace hushmode::devices

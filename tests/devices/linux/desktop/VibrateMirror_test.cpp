@@ -132,6 +132,28 @@ TEST_F(VibrateMirrorTest, WhatTheUserChoosesMeanwhileStands) {
   EXPECT_EQ(profile(), "silent");
 }
 
+TEST_F(VibrateMirrorTest, AUserWhoWentOnToSilentMeanwhileStaysThere) {
+  userChooses("quiet");
+  start();
+  switchVibration(false, false);
+  userChooses("full");
+  userChooses("silent");
+  switchVibration(true, true);
+  EXPECT_EQ(profile(), "silent");
+}
+
+TEST_F(VibrateMirrorTest, WhatTheUserChoseWhileItWasAwayStands) {
+  userChooses("quiet");
+  start();
+  switchVibration(false, false);
+  mirror.reset();
+  userChooses("full");
+  restart();
+  EXPECT_EQ(profile(), "full");
+  switchVibration(true, true);
+  EXPECT_EQ(profile(), "full");
+}
+
 TEST_F(VibrateMirrorTest, TheChoiceComesBackAfterTheProcessDied) {
   userChooses("quiet");
   start();
