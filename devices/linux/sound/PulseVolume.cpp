@@ -54,14 +54,18 @@ void PulseVolume::settle(bool accepted) {
 /// PipeWire answers first, and then does what it was asked to. A level read in between is an old one.
 bool PulseVolume::isProven(pa_volume_t level) {
   if (unproven_ == 0) return true;
-  if (!tracked_.isAsked(level) && readingsLeft_ > 0) {
-    --readingsLeft_;
-    nextReading_.disconnect();
-    nextReading_ = callLater(proofMilliseconds, [this] { read(); });
-    return false;
+  if (tracked_.isAsked(level)) {
+    for (; unproven_ > 0; --unproven_) settle(true);
+    return true;
   }
-  for (; unproven_ > 0; --unproven_) settle(true);
-  return true;
+  if (readingsLeft_ == 0) {
+    for (; unproven_ > 0; --unproven_) tracked_.answered(false);
+    return true;
+  }
+  --readingsLeft_;
+  nextReading_.disconnect();
+  nextReading_ = callLater(proofMilliseconds, [this] { read(); });
+  return false;
 }
 
 void PulseVolume::read() {
