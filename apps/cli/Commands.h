@@ -8,8 +8,9 @@ namespace hushmode::cli {
 /// Exit codes of all commands.
 enum ExitCode : int {
   Done = 0,
-  OutputFailed = 1,  ///< What was to be printed could not be written.
-  WrongInput = 2,    ///< An option, a file, or a time that cannot be used; nothing was written.
+  No = 1,          ///< The answer is no; or what was to be printed could not be written.
+  WrongInput = 2,  ///< An option, a file, or a time that cannot be used; nothing was changed.
+  NoService = 3,   ///< No daemon, or a service or a disk that did not do what was asked; nothing was changed.
 };
 
 /// A command's work, to be run once its options are parsed; the result is the exit code.
@@ -18,5 +19,7 @@ using Command = std::function<int()>;
 /// Adds a command to the program. `chosen` becomes its work when the command is given.
 void addSimulateCommand(CLI::App& program, Command& chosen);
 void addEventsCommand(CLI::App& program, Command& chosen);
+void addProfileCommand(CLI::App& program, Command& chosen);
+void addStatusCommands(CLI::App& program, Command& chosen);
 
 }  // namespace hushmode::cli

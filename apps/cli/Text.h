@@ -9,7 +9,7 @@
 namespace hushmode::cli {
 
 /// The message in the user's language.
-inline const char* tr(const char* message) { return ::gettext(message); }
+inline std::string tr(const char* message) { return ::gettext(message); }
 
 /// The same with values in it.
 template <class... T>

@@ -1,6 +1,9 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/Daemon.h"
+#include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
 
+#include <clocale>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -27,13 +30,19 @@ void requireKnownCommand(const CLI::App& program, int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
+  std::setlocale(LC_ALL, "");
+  std::setlocale(LC_NUMERIC, "C");  // Property lists and times are written with a point, whatever the language.
+  ::bindtextdomain("hushmode", HUSHMODE_LOCALE_FOLDER);
+  ::textdomain("hushmode");
   CLI::App program("Hush Mode: silences a phone by calendar, clock and network.", "hushmode");
   program.set_version_flag("--version", HUSHMODE_VERSION);
   program.require_subcommand(1);
   program.footer(
-      "Exit codes: 0 done, 1 the output could not be written, 2 wrong input.\n"
+      "Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n"
       "\"hushmode COMMAND --help\" tells more of a command.");
   cli::Command chosen;
+  cli::addProfileCommand(program, chosen);
+  cli::addStatusCommands(program, chosen);
   cli::addSimulateCommand(program, chosen);
   cli::addEventsCommand(program, chosen);
   try {
@@ -43,7 +52,7 @@ int main(int argc, char** argv) {
     std::cout.flush();
     if (!std::cout) {
       std::cerr << "hushmode: the output could not be written\n";
-      return cli::OutputFailed;
+      return cli::No;
     }
     return code;
   } catch (const CLI::ParseError& error) {
@@ -53,8 +62,11 @@ int main(int argc, char** argv) {
   } catch (const simulation::InputError& error) {
     std::cerr << "hushmode: " << error.what() << '\n';
     return cli::WrongInput;
+  } catch (const cli::ServiceError& error) {
+    std::cerr << "hushmode: " << error.what() << '\n';
+    return cli::NoService;
   } catch (const std::exception& error) {
     std::cerr << "hushmode: unexpected: " << error.what() << '\n';
-    return cli::OutputFailed;
+    return cli::No;
   }
 }

@@ -1,0 +1,193 @@
+#include "apps/cli/ProfileWords.h"
+
+#include "apps/cli/Text.h"
+#include "apps/simulation/JsonReader.h"
+#include "util/Numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <langinfo.h>
+#include <regex>
+#include <sstream>
+
+namespace hushmode::cli {
+
+using platform::Dictionary;
+using platform::Value;
+using simulation::InputError;
+using enum Setting::Kind;
+
+namespace {
+
+// Marked for translation where they stand, translated where they are shown.
+#define HUSHMODE_MARKED(text) text
+
+const char* const statusWords[] = {"any", "confirmed", "tentative", "cancelled"};
+
+bool isOneOf(const std::string& text, std::initializer_list<std::string_view> words) {
+  return std::find(words.begin(), words.end(), text) != words.end();
+}
+
+bool parseFlag(const Setting& setting, const std::string& text) {
+  if (isOneOf(text, {"on", "yes", "true", "1"})) return true;
+  if (isOneOf(text, {"off", "no", "false", "0"})) return false;
+  throw InputError(tr("--{0} {1}: expected on or off", setting.word, text));
+}
+
+double parseVolume(const Setting& setting, const std::string& text) {
+  static const std::regex form(R"(\s*(\d{1,3}(?:\.\d{1,9})?|\.\d{1,9})\s*(%?)\s*)");
+  std::smatch parts;
+  if (text.size() <= 30 && std::regex_match(text, parts, form)) {
+    std::istringstream stream(parts[1]);
+    stream.imbue(std::locale::classic());
+    double volume = -1;
+    stream >> volume;
+    if (parts[2].length() > 0) volume /= 100;
+    if (volume >= 0 && volume <= 1) return volume;
+  }
+  throw InputError(tr("--{0} {1}: expected a volume, such as 5% or 0.05", setting.word, text));
+}
+
+std::string percent(double volume) { return std::to_string(std::lround(volume * 100)) + "%"; }
+
+std::string clockText(int minute) {
+  std::tm time{};
+  time.tm_hour = minute / 60;
+  time.tm_min = minute % 60;
+  // Languages with a twelve-hour clock have a form for it.
+  const char* form = ::nl_langinfo(T_FMT_AMPM);
+  const bool twelve = *::nl_langinfo(AM_STR) != '\0' && form && *form != '\0' &&
+                      std::string_view(::nl_langinfo(T_FMT)).find("%p") != std::string_view::npos;
+  char text[32];
+  const std::size_t length = std::strftime(text, sizeof text, twelve ? "%I:%M %p" : "%H:%M", &time);
+  return {text, length};
+}
+
+}  // namespace
+
+const std::vector<Setting>& profileSettings() {
+  static const std::vector<Setting> settings = {
+      {"enabled", "enabled", Flag, HUSHMODE_MARKED("Whether the profile takes part")},
+      {"ringtone", "ringerVolume", Volume, HUSHMODE_MARKED("The ringtone volume while it is on, such as 5%")},
+      {"media", "playBackVolume", Volume, HUSHMODE_MARKED("The media volume while it is on")},
+      {"vibrate", "vibrate", Flag, HUSHMODE_MARKED("Whether the phone vibrates while it is on")},
+      {"do-not-disturb", "dnDEnabled", Flag, HUSHMODE_MARKED("Whether it switches Do Not Disturb on")},
+      {"icon", "showOnStatusBar", Flag, HUSHMODE_MARKED("Whether it shows an icon")},
+      {"play-tone", "playAlert", Flag, HUSHMODE_MARKED("Whether a tone sounds at each switch")},
+      {"tone", "alertToneIdentifier", Tone, HUSHMODE_MARKED("Which tone, such as \"texttone:Calendar Alert\"")},
+      {"light", "wakeUpScreen", Flag, HUSHMODE_MARKED("Whether the screen lights up at each switch")},
+      {"events", "applyProfileEventStatus", EventStatus,
+       HUSHMODE_MARKED("Which events count: any, confirmed or tentative")},
+      {"all-day-events", "allDayEventsIgnored", AllDayEvents,
+       HUSHMODE_MARKED("Whether events that last all day count: count or ignore")},
+  };
+  return settings;
+}
+
+Value parseSetting(const Setting& setting, const std::string& text) {
+  switch (setting.kind) {
+    case Flag:
+      return parseFlag(setting, text);
+    case Volume:
+      return parseVolume(setting, text);
+    case Tone:
+      return text;
+    case EventStatus:
+      for (std::int64_t code = 0; code < 4; ++code) {
+        if (text == statusWords[code]) return code;
+      }
+      throw InputError(tr("--{0} {1}: expected any, confirmed or tentative", setting.word, text));
+    case AllDayEvents:
+      if (text == "ignore") return true;
+      if (text == "count") return false;
+      throw InputError(tr("--{0} {1}: expected count or ignore", setting.word, text));
+  }
+  throw std::logic_error("a setting of no kind");
+}
+
+std::string settingText(const Setting& setting, const Dictionary& profile) {
+  const Value* value = profile.find(setting.key);
+  switch (setting.kind) {
+    case Flag:
+      return booleanMeaning(value) ? tr("on") : tr("off");
+    case Volume:
+      return percent(floatMeaning(value));
+    case Tone:
+      return textMeaning(value).value_or(tr("the default one"));
+    case EventStatus:
+      return statusWords[std::clamp<std::int64_t>(integerMeaning(value), 0, 3)];
+    case AllDayEvents:
+      return booleanMeaning(value) ? tr("ignored") : tr("counted");
+  }
+  return {};
+}
+
+std::optional<std::string> fileTimeOf(const std::string& text) {
+  static const std::regex form(R"((\d{1,2})(?:[:.](\d{2}))?\s*([AaPp][Mm])?)");
+  std::smatch parts;
+  if (text.size() > 20 || !std::regex_match(text, parts, form)) return std::nullopt;
+  int hour = std::stoi(parts[1]);
+  const int minute = parts[2].matched ? std::stoi(parts[2]) : 0;
+  if (minute > 59) return std::nullopt;
+  bool afternoon = hour >= 12;
+  if (parts[3].matched) {
+    if (hour < 1 || hour > 12) return std::nullopt;
+    afternoon = std::tolower(static_cast<unsigned char>(*parts[3].first)) == 'p';
+  } else {
+    if (!parts[2].matched || hour > 23) return std::nullopt;
+    hour = hour % 12 == 0 ? 12 : hour % 12;
+  }
+  return fmt::format("{}:{:02} {}", hour, minute, afternoon ? "PM" : "AM");
+}
+
+std::optional<int> minuteOfDay(const std::string& fileTime) {
+  static const std::regex form(R"((\d{1,2}):(\d{1,2}) ([AaPp])[Mm])");
+  std::smatch parts;
+  if (fileTime.size() > 20 || !std::regex_match(fileTime, parts, form)) return std::nullopt;
+  const int hour = std::stoi(parts[1]) % 12, minute = std::stoi(parts[2]);
+  const bool afternoon = std::tolower(static_cast<unsigned char>(*parts[3].first)) == 'p';
+  return (hour + (afternoon ? 12 : 0)) * 60 + minute;
+}
+
+std::pair<std::string, std::string> parseWindow(const std::string& text) {
+  const auto dash = text.find('-');
+  const auto trimmed = [](std::string part) {
+    part.erase(0, part.find_first_not_of(' '));
+    part.erase(part.find_last_not_of(' ') + 1);
+    return part;
+  };
+  const auto start = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(0, dash)));
+  const auto end = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(dash + 1)));
+  if (!start || !end) {
+    throw InputError(tr("--window {}: expected two times of day, such as 08:00-17:00 or 8am-5pm", text));
+  }
+  if (*minuteOfDay(*end) <= *minuteOfDay(*start)) {
+    throw InputError(
+        tr("--window {}: a profile's window begins and ends on the same day. For hours over midnight use: "
+           "hushmode schedule NAME {}",
+           text, text));
+  }
+  return {*start, *end};
+}
+
+std::string windowText(const Dictionary& profile) {
+  if (booleanMeaning(profile.find("allDay"))) return tr("all day");
+  const auto start = textMeaning(profile.find("startTime")).value_or("12:00 AM");
+  const auto end = textMeaning(profile.find("endTime")).value_or("12:00 AM");
+  const auto from = minuteOfDay(start), to = minuteOfDay(end);
+  return tr("{0} to {1}", from ? clockText(*from) : start, to ? clockText(*to) : end);
+}
+
+std::vector<std::string> splitList(const std::string& text) {
+  std::vector<std::string> entries;
+  std::istringstream stream(text);
+  for (std::string entry; std::getline(stream, entry, ',');) {
+    entry.erase(0, entry.find_first_not_of(' '));
+    entry.erase(entry.find_last_not_of(' ') + 1);
+    if (!entry.empty()) entries.push_back(entry);
+  }
+  return entries;
+}
+
+}  // namespace hushmode::cli
