@@ -255,7 +255,7 @@ void EvolutionCalendar::disconnect() {
   limit_.disconnect();
   readingSoon_.disconnect();
   writableSoon_.disconnect();
-  if (cancellable_) g_cancellable_cancel(cancellable_.get());
+  if (cancellable_) g_cancellable_cancel(cancellable_.get());  // Results may come meanwhile, of a former attempt.
   viewSignals_.clear();
   readOnlyChanged_.reset();
   backendDied_.reset();

@@ -23,7 +23,12 @@ class EvolutionCalendars final : public CalendarSetSource {
  public:
   EvolutionCalendars(const Glib::RefPtr<Gio::DBus::Connection>& connection, Services& services,
                      CalendarSet::Diagnostics diagnostics, std::chrono::milliseconds answerLimit);
-  ~EvolutionCalendars() override { reporting_.disconnect(); }
+  /// The service's library runs the main context while it lets go of its registry: nothing may come back here then.
+  ~EvolutionCalendars() override {
+    setChangeHandler({});
+    reporting_.disconnect();
+    followed_.clear();
+  }
 
  private:
   struct Followed {

@@ -35,6 +35,7 @@ EvolutionRegistry::EvolutionRegistry(Glib::RefPtr<Gio::DBus::Connection> connect
 
 EvolutionRegistry::~EvolutionRegistry() {
   watch_.reset();
+  exists_.reset();
   close();
 }
 
@@ -92,10 +93,11 @@ void EvolutionRegistry::close() {
   limit_.disconnect();
   retry_.disconnect();
   telling_.disconnect();
-  if (cancellable_) g_cancellable_cancel(cancellable_.get());
-  cancellable_.reset();
   signals_.clear();
   registry_.reset();
+  // Results may come while it is being cancelled: they belong to no attempt any more.
+  const GObjectPointer<GCancellable> cancelled = std::move(cancellable_);
+  if (cancelled) g_cancellable_cancel(cancelled.get());
 }
 
 void EvolutionRegistry::failed(const std::string& reason, Retry retry) {

@@ -87,7 +87,16 @@ class LinuxCalendarsWorld : public contracts::CalendarsWorld {
   void changeAndSettle(Change change, const std::function<bool()>& isSeen) {
     const int before = notices_;
     change();
-    runMainLoopUntil([&] { return notices_ > before && isSeen(); });
+    try {
+      runMainLoopUntil([&] { return notices_ > before && isSeen(); });
+    } catch (const std::runtime_error& error) {
+      std::string state = std::string(error.what()) + "; " + std::to_string(notices_ - before) + " notices came";
+      for (const auto& [name, service] : services_.states()) state += "; " + name + ": " + service.detail;
+      for (const auto& calendar : store_->calendarsForEntityType(platform::EKEntityType::Event)) {
+        state += "; " + calendar->calendarIdentifier() + " " + calendar->title();
+      }
+      throw std::runtime_error(state);
+    }
   }
   bool shows(const contracts::CalendarEntry& entry) {
     const auto event = store_->eventWithUniqueId(entry.uid);
