@@ -68,10 +68,10 @@ void BusClient::hear(const Object& object, const std::string& signal, const std:
   subscriptions_.push_back(connection_->signal_subscribe(check, owner_, object.interface, signal, object.path));
 }
 
-void BusClient::follow(const Object& object, OnProperties onProperties, OnFailure onFailure) {
+void BusClient::follow(const Object& object, const OnProperties& onProperties, OnFailure onFailure) {
   hear({object.path, propertiesInterface}, "PropertiesChanged", "(sa{sv}as)",
        [this, object, onProperties](const std::string&, const Glib::VariantContainerBase& values) {
-         if (valueAt<Glib::ustring>(values, 0) != Glib::ustring(object.interface)) return;
+         if (textAt(values, 0) != object.interface) return;
          const auto changed = valueAt<Properties>(values, 1);
          const auto untold = valueAt<std::vector<Glib::ustring>>(values, 2);
          // A service may say that a property changed without saying to what.

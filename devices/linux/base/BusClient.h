@@ -54,7 +54,7 @@ class BusClient {
 
   using OnProperties = std::function<void(const Properties&)>;
   /// Reads all properties of an object, and goes on with those that change. `onFailure` is about the reading.
-  void follow(const Object& object, OnProperties onProperties, OnFailure onFailure = {});
+  void follow(const Object& object, const OnProperties& onProperties, OnFailure onFailure = {});
   /// Reads all properties of an object once.
   void read(const Object& object, OnProperties onProperties, OnFailure onFailure = {});
 

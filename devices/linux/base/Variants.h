@@ -3,6 +3,7 @@
 #include <glibmm/variant.h>
 #include <map>
 #include <optional>
+#include <string>
 
 namespace hushmode::devices {
 
@@ -30,6 +31,16 @@ std::optional<T> valueAt(const Glib::VariantContainerBase& tuple, gsize index) {
   Glib::VariantBase child;
   tuple.get_child(child, index);
   return valueOf<T>(child);
+}
+
+/// The same for texts.
+inline std::optional<std::string> textOf(const Properties& properties, const Glib::ustring& name) {
+  const auto text = valueOf<Glib::ustring>(properties, name);
+  return text ? std::optional<std::string>(*text) : std::nullopt;
+}
+inline std::optional<std::string> textAt(const Glib::VariantContainerBase& tuple, gsize index) {
+  const auto text = valueAt<Glib::ustring>(tuple, index);
+  return text ? std::optional<std::string>(*text) : std::nullopt;
 }
 
 /// The arguments of a call: a tuple of these values.

@@ -54,12 +54,12 @@ void NetworkManagerWiFi::listenTo(BusClient& client) {
   client.hear({"", connectionInterface}, "Updated", "()", look);
   client.hear({"", "org.freedesktop.DBus.Properties"}, "PropertiesChanged", "(sa{sv}as)",
               [this](const std::string&, const Glib::VariantContainerBase& values) {
-                const auto interface = valueAt<Glib::ustring>(values, 0);
+                const auto interface = textAt(values, 0);
                 const auto changed = valueAt<Properties>(values, 1);
                 const auto hasChanged = [&](const char* name) { return changed && changed->contains(name); };
-                const bool matters = interface == Glib::ustring(managerInterface)
+                const bool matters = interface == managerInterface
                                          ? hasChanged("ActiveConnections") || hasChanged("Startup")
-                                         : interface == Glib::ustring(activeInterface) && hasChanged("State");
+                                         : interface == activeInterface && hasChanged("State");
                 if (matters) lookAgain();
               });
   survey_.reset();

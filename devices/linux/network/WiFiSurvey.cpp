@@ -85,8 +85,8 @@ std::optional<WiFiSurvey::Connection> WiFiSurvey::connectionFrom(const Glib::Var
   if (!all || !all->contains("connection") || !all->contains(wireless)) return std::nullopt;
   const Properties& general = all->at("connection");
   const Properties& radio = all->at(wireless);
-  if (valueOf<Glib::ustring>(general, "type") != Glib::ustring(wireless)) return std::nullopt;
-  if (valueOf<Glib::ustring>(radio, "mode") == Glib::ustring("ap")) return std::nullopt;
+  if (textOf(general, "type") != wireless) return std::nullopt;
+  if (textOf(radio, "mode") == "ap") return std::nullopt;
   const auto bytes = valueOf<std::vector<std::uint8_t>>(radio, "ssid");
   if (!bytes || bytes->empty() || bytes->size() > longestSsid) return std::nullopt;
   return Connection{ssidText(std::string(bytes->begin(), bytes->end())),

@@ -41,8 +41,8 @@ Appearance::Appearance(const Glib::RefPtr<Gio::DBus::Connection>& sessionBus, Se
 void Appearance::listenTo(BusClient& client) {
   client.hear(portalSettings, "SettingChanged", "(ssv)",
               [this](const std::string&, const Glib::VariantContainerBase& values) {
-                if (valueAt<Glib::ustring>(values, 0) != Glib::ustring(portalGroup)) return;
-                if (valueAt<Glib::ustring>(values, 1) != Glib::ustring(key)) return;
+                if (textAt(values, 0) != portalGroup) return;
+                if (textAt(values, 1) != key) return;
                 Glib::VariantBase value;
                 values.get_child(value, 2);
                 take(value);

@@ -96,7 +96,7 @@ void NotificationAlerts::listenTo(BusClient& client) {
   showsButtons_ = false;
   client.hear(notifications, "ActionInvoked", "(us)",
               [this](const std::string&, const Glib::VariantContainerBase& values) {
-                answer(valueAt<std::uint32_t>(values, 0).value_or(0), valueAt<Glib::ustring>(values, 1).value_or(""));
+                answer(valueAt<std::uint32_t>(values, 0).value_or(0), textAt(values, 1).value_or(""));
               });
   client.hear(notifications, "NotificationClosed", "(uu)",
               [this](const std::string&, const Glib::VariantContainerBase& values) {

@@ -17,7 +17,7 @@ class NetworkManagerWiFiTest : public ::testing::Test {
  protected:
   void begin(std::chrono::milliseconds limit = BusClient::answerLimit) {
     wiFi.emplace(
-        connectTo("system"), reports.services, [this] { ++changes; }, limit);
+        connection, reports.services, [this] { ++changes; }, limit);
   }
   bool untilReported(std::size_t count) {
     return runUntil([&] { return reports.lines.size() >= count; });
@@ -44,7 +44,21 @@ class NetworkManagerWiFiTest : public ::testing::Test {
     return date ? std::optional(*date->as<Date>()) : std::nullopt;
   }
 
+  /// A call on the way that the reader's calls take, and its answer behind theirs.
+  void roundTrip() {
+    bool isAnswered = false;
+    connection->call(
+        MockedNetworkManager::root, MockedNetworkManager::manager, "state", {},
+        [&](const Glib::RefPtr<Gio::AsyncResult>& result) {
+          connection->call_finish(result);
+          isAnswered = true;
+        },
+        MockedNetworkManager::manager);
+    ASSERT_TRUE(runUntil([&] { return isAnswered; }));
+  }
+
   MockedNetworkManager mock;
+  Glib::RefPtr<Gio::DBus::Connection> connection = connectTo("system");
   ServiceReports reports;
   int changes = 0;
   std::optional<NetworkManagerWiFi> wiFi;
@@ -146,7 +160,9 @@ TEST_F(NetworkManagerWiFiTest, TellsNothingWhenNothingChanged) {
   begin();
   ASSERT_TRUE(untilReported(1));
   mock.setTimestamp(home, 1'700'000'000);
-  mock.setStartingUp(true);
+  ASSERT_TRUE(runUntil([&] { return mock.service().callsOf(home, "GetSettings") == 2; }));
+  roundTrip();  // The settings are read,
+  roundTrip();  // and what is active.
   mock.add({"Office"});
   ASSERT_TRUE(runUntil([&] { return known().size() == 2; }));
   EXPECT_EQ(changes, 2) << "the first look, and one for the new network";
