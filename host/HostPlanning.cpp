@@ -109,7 +109,9 @@ Host::Day Host::dayOf(const Profile& profile) {
     conditions.windowStart = profile->dateFromTime(profile->startTime());
     conditions.windowEnd = profile->dateFromTime(profile->endTime());
   }
-  conditions.onOwnNetwork = profile->isWifiEnabled() && profile->hasWiFiNetwork(joinedNetwork());
+  // One that waits to be left still counts as joined.
+  const auto network = leaveRound_ % 2 == 1 ? network_ : joinedNetwork();
+  conditions.onOwnNetwork = profile->isWifiEnabled() && profile->hasWiFiNetwork(network);
   conditions.wantedStatus = profile->applyProfileEventStatus();
   conditions.allDayEventsIgnored = profile->isAllDayEventsIgnored();
 
@@ -151,8 +153,6 @@ void Host::turnOn(const Profile& profile, const Day& day, const Expectation& exp
 }
 
 void Host::turnOff(const Profile& profile) {
-  // One that waits to be left still counts as joined.
-  if (leaveRound_ % 2 == 1 && profile->hasWiFiNetwork(network_)) return;
   const auto current = manager()->getCurrentScheduledEventFromProfile(profile);
   if (current && hm_isProfileApplied(current)) {
     revertProfile(current);
