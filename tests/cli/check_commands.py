@@ -49,6 +49,12 @@ class Simulate(TemporaryFolder):
         self.assertIn("**** Trying to schedule events for profile 'Meetings'", result.stdout)
         self.assertIn("Meetings  on   \"Interview\"", result.stdout)
 
+    def test_without_the_host_the_bare_library_shows(self):
+        result = run("simulate", EXAMPLES / "workday.json", "--no-host")
+        # A network that is left is left at once.
+        expected = (SOURCE / "tests/cli/workday.txt").read_text().replace("18:10:10", "18:10:00")
+        self.assertEqual(result.stdout, expected)
+
     def test_json_is_the_whole_record_and_the_same_every_time(self):
         first, second = (run("simulate", EXAMPLES / "workday.json", "--json").stdout for _ in range(2))
         self.assertEqual(first, second)
@@ -57,7 +63,8 @@ class Simulate(TemporaryFolder):
         self.assertLessEqual({"log", "effect", "defaults", "file", "darwin", "timer", "perform", "table", "phone"}, kinds)
         self.assertTrue(all(line["time"].startswith("2026-11-24T") for line in lines))
         armed = [line for line in lines if line["kind"] == "timer" and line["operation"] == "arm"]
-        self.assertTrue(all(line["userInfo"]["ProfileIdentifier"] in (1788249600, 1788249700) for line in armed))
+        self.assertTrue(all(line["userInfo"] == {"HostLook": True} or line["userInfo"]["ProfileIdentifier"] in (1788249600, 1788249700)
+                            for line in armed))
 
     def test_profiles_and_calendars_alone_make_a_simulation(self):
         result = run("simulate", "--profiles", PROFILES, "--calendars", CALENDARS, *DAY)
