@@ -11,7 +11,7 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from check_daemon import LOUD, QUIET, DaemonTest  # noqa: E402
-from hushmoded import put_service_event, sink_volume, sink_volume_is, wait_until  # noqa: E402
+from hushmoded import Daemon, put_service_event, sink_volume, sink_volume_is, wait_until  # noqa: E402
 
 CALENDAR = "evolution:system-calendar"
 
@@ -33,6 +33,19 @@ class CalendarService(DaemonTest):
             self.assertEqual(daemon.call("RecentSwitches", "(u)", 0), [])
         self.assertEqual(daemon.end(), 0)
         self.assertAlmostEqual(sink_volume(), LOUD, delta=0.011)
+
+    def test_it_may_end_at_any_moment_while_the_calendar_service_opens(self):
+        put_service_event("Interview", time.time() - 60, time.time() + 600)
+        self.start().end()
+        for step in range(16):
+            with self.subTest(step=step):
+                for name in self.daemon.names("org.gnome.evolution.dataserver."):
+                    self.daemon.kill_owner(name)
+                self.daemon = Daemon(self.program, wait=False)
+                wait_until(lambda: "networks: " in self.daemon.log(), "a daemon that works")
+                moment = time.monotonic() + 0.08 * step
+                wait_until(lambda: time.monotonic() > moment, "the moment")
+                self.assertEqual(self.daemon.end(), 0, self.daemon.log())
 
 
 if __name__ == "__main__":

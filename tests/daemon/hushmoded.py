@@ -123,13 +123,26 @@ class Daemon:
         if interface in (INTERFACE, "org.freedesktop.DBus.Properties"):
             self.signals.append((name, arguments.unpack()))
 
+    def _ask_bus(self, method, arguments=None):
+        return self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                                  arguments, None, 0, -1, None).unpack()[0]
+
     def owner(self):
         try:
-            reply = self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                                       "GetNameOwner", GLib.Variant("(s)", (NAME,)), None, 0, -1, None)
-            return reply.unpack()[0]
+            return self._ask_bus("GetNameOwner", GLib.Variant("(s)", (NAME,)))
         except GLib.Error:
             return None
+
+    def names(self, prefix):
+        """The names on the session bus that begin like this."""
+        return [name for name in self._ask_bus("ListNames") if name.startswith(prefix)]
+
+    def kill_owner(self, name):
+        """Kills the process that owns a name; it may be gone already."""
+        try:
+            os.kill(self._ask_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", (name,))), signal.SIGKILL)
+        except (GLib.Error, ProcessLookupError):
+            pass
 
     def log(self):
         return self.log_path.read_text(errors="replace")

@@ -1,6 +1,6 @@
 #include "devices/linux/phone/LinuxPhone.h"
 
-#include "devices/linux/calendars/EvolutionCalendars.h"
+#include "devices/linux/calendars/EvolutionModule.h"
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
 
 namespace hushmode::devices {
@@ -51,14 +51,15 @@ LinuxPhone::LinuxPhone(const Options& options, Services& services, LinuxPhoneEve
   if (!options.calendarFolder.empty()) {
     calendars_.add(std::make_unique<WatchedCalendarFolder>(options.calendarFolder, services, warningsTo(sink)));
   }
-  calendars_.add(makeEvolutionCalendars(options.sessionBus, services, warningsTo(sink)));
+  calendars_.add(makeEvolutionCalendarsFromModule(options.sessionBus, services, warningsTo(sink)));
   services.report("wake-ups", mayWakeDevice() ? ServiceState{true, "the phone wakes for switches"}
                                               : ServiceState{false,
                                                              "this process may not wake the sleeping phone: it lacks "
                                                              "CAP_WAKE_ALARM, or there is no clock that can"});
 }
 
-LinuxPhone::~LinuxPhone() = default;
+// The calendar service's library runs the main context while it ends; whoever is told of events may be gone by then.
+LinuxPhone::~LinuxPhone() { events_ = {}; }
 
 void LinuxPhone::zoneChanged() {
   foundation_.setTimeZone(zone_.zone());
