@@ -1,0 +1,168 @@
+#!/usr/bin/python3
+"""The commands that change and show profiles, as people run them: on the files alone, and through a daemon.
+
+usage: check_profiles.py PROGRAM [DAEMON]   (with a daemon: in a session of run_with.py)
+"""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
+DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
+
+
+class Commands(unittest.TestCase):
+    """Each test starts with no profiles and the calendars Work and Home."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.folder / "config"), LANG="C.UTF-8", LC_ALL="C.UTF-8",
+                                XDG_STATE_HOME=str(self.folder / "state"), XDG_DATA_HOME=str(self.folder / "data"))
+        for name in ("Work", "Home"):
+            (self.folder / "data/hushmode/calendars" / name).mkdir(parents=True)
+            (self.folder / "data/hushmode/calendars" / name / "event.ics").write_text(
+                "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//test//EN\r\nBEGIN:VEVENT\r\nUID:1\r\n"
+                "DTSTAMP:20240101T000000Z\r\nDTSTART:20240101T000000Z\r\nSUMMARY:Past\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n")
+        self.daemon = None
+        if DAEMON is None:
+            self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
+            self.environment["XDG_RUNTIME_DIR"] = str(self.folder)
+            return
+        (self.folder / "config/hushmode").mkdir(mode=0o700, parents=True)
+        (self.folder / "config/hushmode/com.quorvel.hushmode.profiles.plist").write_text(
+            '<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><array/></plist>\n')
+        self.daemon = subprocess.Popen([DAEMON], env=self.environment, stderr=subprocess.DEVNULL)
+        subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
+                       env=self.environment)
+
+    def tearDown(self):
+        if self.daemon:
+            self.daemon.terminate()
+            self.assertEqual(self.daemon.wait(15), 0)
+
+    def run_program(self, *arguments, **environment):
+        return subprocess.run([PROGRAM, *map(str, arguments)], env={**self.environment, **environment},
+                              capture_output=True, text=True)
+
+    def done(self, *arguments, **environment):
+        result = self.run_program(*arguments, **environment)
+        self.assertEqual((result.returncode, result.stderr), (0, ""), arguments)
+        return result.stdout
+
+    def refused(self, *arguments, code=2, says=(), **environment):
+        before = self.profiles()
+        result = self.run_program(*arguments, **environment)
+        self.assertEqual((result.returncode, result.stdout), (code, ""), result)
+        self.assertEqual(result.stderr.count("\n"), 1, result.stderr)
+        for text in says:
+            self.assertIn(text, result.stderr)
+        self.assertEqual(self.profiles(), before)
+
+    def profiles(self):
+        lines = self.run_program("profile", "list", "--json").stdout.splitlines()
+        return {profile["title"]: profile for profile in map(json.loads, lines)}
+
+    def test_a_profile_is_added_shown_changed_copied_and_removed(self):
+        self.done("profile", "add", "Work", "--window", "8am-17:30", "--ringtone", "5%", "--calendars", "Work")
+        profile = self.profiles()["Work"]
+        self.assertEqual((profile["startTime"], profile["endTime"], profile["allDay"]), ("8:00 AM", "5:30 PM", False))
+        self.assertAlmostEqual(profile["ringerVolume"], 0.05, places=6)
+        self.assertEqual(profile["calendarIdentifiers"], ["folder:Work"])
+        shown = self.done("profile", "show", "Work")
+        for text in ("08:00 to 17:30", "5%", "calendars       Work"):
+            self.assertIn(text, shown)
+        self.done("profile", "edit", "Work", "--media", "0.25", "--title", "Office", "--all-day")
+        self.done("profile", "copy", "Office", "Elsewhere")
+        self.done("profile", "disable", "Elsewhere")
+        profiles = self.profiles()
+        self.assertEqual([*profiles], ["Office", "Elsewhere"])
+        self.assertTrue(profiles["Office"]["allDay"])
+        self.assertEqual(profiles["Elsewhere"]["playBackVolume"], 0.25)
+        self.assertEqual((profiles["Office"]["enabled"], profiles["Elsewhere"]["enabled"]), (True, False))
+        self.done("profile", "remove", "Office")
+        self.done("profile", "enable", "Elsewhere")
+        self.assertEqual([each["enabled"] for each in self.profiles().values()], [True])
+
+    def test_times_of_both_clocks_are_understood(self):
+        self.done("profile", "add", "P")
+        for given, stored in (("00:00-23:59", ("12:00 AM", "11:59 PM")), ("12:00-13:05", ("12:00 PM", "1:05 PM")),
+                              ("9 am - 5 pm", ("9:00 AM", "5:00 PM")), ("7.30pm-8.15 PM", ("7:30 PM", "8:15 PM"))):
+            self.done("profile", "edit", "P", "--window", given)
+            profile = self.profiles()["P"]
+            self.assertEqual((profile["startTime"], profile["endTime"]), stored, given)
+
+    def test_wrong_input_changes_nothing_and_says_what_was_expected(self):
+        self.done("profile", "add", "Work")
+        for arguments, says in (
+                (["profile", "edit", "Wrok", "--media", "5%"], ["Wrok", '"Work"']),
+                (["profile", "edit", "Work", "--media", "5"], ["--media 5", "5% or 0.05"]),
+                (["profile", "edit", "Work", "--media", "loud"], ["loud", "5% or 0.05"]),
+                (["profile", "edit", "Work", "--media", "101%"], ["101%"]),
+                (["profile", "edit", "Work", "--media", "nan"], ["nan"]),
+                (["profile", "edit", "Work", "--media=-1%"], ["-1%"]),
+                (["profile", "edit", "Work", "--vibrate", "maybe"], ["on or off"]),
+                (["profile", "edit", "Work", "--events", "all"], ["any, confirmed or tentative"]),
+                (["profile", "edit", "Work", "--window", "22:00-06:00"], ["hushmode schedule"]),
+                (["profile", "edit", "Work", "--window", "8-5"], ["08:00-17:00"]),
+                (["profile", "edit", "Work", "--window", "25:00-26:00"], ["08:00-17:00"]),
+                (["profile", "edit", "Work", "--window", "13:00 PM-2 PM"], ["08:00-17:00"]),
+                (["profile", "edit", "Work", "--calendars", "Wrok"], ["Wrok", '"Work"']),
+                (["profile", "edit", "Work", "--title", ""], ["title"]),
+                (["profile", "edit", "Work", "--title", "x" * 5000], ["title", "1000"]),
+                (["profile", "edit", "Work"], ["nothing to change"]),
+                (["profile", "add", "Work"], ['"Work"']),
+                (["profile", "remove", "Home"], ["Home"]),
+                (["profile", "show"], ["NAME"])):
+            with self.subTest(arguments=arguments):
+                self.refused(*arguments, says=says)
+
+    def test_an_editor_changes_what_it_changes(self):
+        self.done("profile", "add", "Work", "--ringtone", "5%")
+        self.done("profile", "edit", "Work", "--editor", EDITOR="sed -i 's/^ringtone: 5%/ringtone: 7%/'", VISUAL="")
+        self.assertAlmostEqual(self.profiles()["Work"]["ringerVolume"], 0.07, places=6)
+        self.assertIn("Nothing was changed", self.done("profile", "edit", "Work", "--editor", EDITOR="true", VISUAL=""))
+        self.refused("profile", "edit", "Work", "--editor", EDITOR="sed -i 's/^ringtone:.*/ringtone: x/'", VISUAL="",
+                     says=["line ", "--ringtone x", "kept in"])
+        self.refused("profile", "edit", "Work", "--editor", EDITOR="false", VISUAL="", code=3, says=["editor"])
+
+    def test_on_and_off_are_kept(self):
+        for word in ("off", "on"):
+            self.done(word)
+            settings = (self.folder / "config/hushmode/com.quorvel.hushmode.plist").read_text()
+            self.assertIn("<true/>" if word == "on" else "<false/>", settings)
+
+    @unittest.skipIf(DAEMON, "without a daemon")
+    def test_without_a_daemon_it_says_how_to_start_one(self):
+        for command in ("status", "log", "networks"):
+            self.refused(command, code=3, says=["systemctl --user start hushmoded"])
+        self.assertIn("systemctl --user start hushmoded", self.done("profile", "add", "Work"))
+
+    @unittest.skipIf(DAEMON, "without a daemon")
+    def test_a_file_that_is_no_list_is_named_and_left(self):
+        path = self.folder / "config/hushmode/com.quorvel.hushmode.profiles.plist"
+        path.parent.mkdir(parents=True)
+        path.write_text("nonsense")
+        result = self.run_program("profile", "add", "Work")
+        self.assertEqual(result.returncode, 2)
+        self.assertIn(str(path), result.stderr)
+        self.assertEqual(path.read_text(), "nonsense")
+
+    @unittest.skipUnless(DAEMON, "with a daemon")
+    def test_the_daemon_tells_how_it_stands(self):
+        self.done("on")
+        self.assertIn("Nothing is quiet now.", self.done("status"))
+        status = json.loads(self.done("status", "--json"))
+        self.assertEqual((status["Version"], status["Enabled"], status["Applied"]), (1, True, []))
+        self.assertIn("Work", self.done("calendars"))
+        self.assertIn("Nothing was switched", self.done("log"))
+        self.done("off")
+        self.assertIn("Hush Mode is off", self.done("status"))
+
+
+if __name__ == "__main__":
+    unittest.main()
