@@ -12,6 +12,8 @@ namespace hushmode::devices {
 
 /// What the calendars of Evolution Data Server are called in `Services`.
 inline constexpr const char* kEvolutionServiceName = "calendar service";
+/// Of its registry on the bus, with the interface that libecal 2.0 speaks.
+inline constexpr const char* kEvolutionRegistryName = "org.gnome.evolution.dataserver.Sources5";
 
 /// The enabled calendars of Evolution Data Server, which holds those of GNOME and Phosh. Their identifiers begin with
 /// "evolution:".
@@ -24,7 +26,8 @@ inline constexpr const char* kEvolutionServiceName = "calendar service";
 /// used. A service that does not answer within `answerLimit` is given up and tried again later. For the thread of the
 /// main loop.
 ///
-/// This is all that the rest of the program sees of it, so that the service's library need not be loaded without it.
+/// This is all that the rest of the program sees of it, so that the service's library need not be loaded without it:
+/// EvolutionModule.h.
 std::unique_ptr<CalendarSource> makeEvolutionCalendars(
     const Glib::RefPtr<Gio::DBus::Connection>& connection, Services& services,
     CalendarSet::Diagnostics diagnostics = {}, std::chrono::milliseconds answerLimit = std::chrono::seconds(30));

@@ -1,5 +1,7 @@
 #include "devices/linux/calendars/EvolutionRegistry.h"
 
+#include "devices/linux/calendars/EvolutionCalendars.h"
+
 #include <algorithm>
 #include <glibmm/main.h>
 #include <utility>
@@ -10,9 +12,14 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Of the interface that libecal 2.0 speaks.
-constexpr const char* kRegistryName = "org.gnome.evolution.dataserver.Sources5";
 constexpr milliseconds kFirstRetry(250), kLastRetry(300'000);
+
+/// Keeps the library's registry, of which there is one in a process, for good: while that ends it runs the main context,
+/// and with it whatever waits there, in the middle of what we do.
+void keepForGood(ESourceRegistry* registry) {
+  static ESourceRegistry* kept = nullptr;
+  if (kept == nullptr) kept = static_cast<ESourceRegistry*>(g_object_ref(registry));
+}
 
 std::string textOf(const char* text) { return text != nullptr ? text : ""; }
 
@@ -23,7 +30,7 @@ EvolutionRegistry::EvolutionRegistry(Glib::RefPtr<Gio::DBus::Connection> connect
     : connection_(std::move(connection)), answerLimit_(answerLimit), changed_(std::move(changed)), delay_(kFirstRetry) {
   open();
   watch_.emplace(
-      connection_, kRegistryName,
+      connection_, kEvolutionRegistryName,
       [this](const std::string&) {
         if (!registry_ && !cancellable_) open();
       },
@@ -51,7 +58,7 @@ void EvolutionRegistry::open() {
       },
       static_cast<unsigned>(answerLimit_.count()));
   g_dbus_connection_call(connection_->gobj(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                         "StartServiceByName", g_variant_new("(su)", kRegistryName, 0U), G_VARIANT_TYPE("(u)"),
+                         "StartServiceByName", g_variant_new("(su)", kEvolutionRegistryName, 0U), G_VARIANT_TYPE("(u)"),
                          G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(), runResultHandler,
                          resultFor(&EvolutionRegistry::started));
 }
@@ -72,14 +79,11 @@ void EvolutionRegistry::started(GAsyncResult* result) {
     return failed(isMissing ? "not installed" : error.text(), isMissing ? Retry::WhenItAppears : Retry::Soon);
   }
   g_variant_unref(answer);
-  e_source_registry_new(cancellable_.get(), runResultHandler, resultFor(&EvolutionRegistry::opened));
-}
-
-void EvolutionRegistry::opened(GAsyncResult* result) {
-  limit_.disconnect();
-  CallError error;
-  registry_.reset(e_source_registry_new_finish(result, error.place()));
-  if (!registry_) return failed(error.text());
+  // Not to be cancelled: whoever waits for it, the registry that comes of it is kept.
+  e_source_registry_new(
+      nullptr, runResultHandler,
+      resultHandler([next = std::shared_ptr<ResultHandler>(resultFor(&EvolutionRegistry::opened))](
+                        GObject* source, GAsyncResult* result) {
   obstacle_.clear();
   delay_ = kFirstRetry;
   for (const char* signal : {"source-added", "source-removed", "source-enabled", "source-disabled", "source-changed"}) {
