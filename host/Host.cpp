@@ -51,7 +51,7 @@ void Host::kill() {
   lookTimer_.reset();
   lookAt_.reset();
   order_.clear();
-  reassertLater_ = unfinished_ = planned_ = false;
+  unfinished_ = planned_ = false;
   depth_ = 0;
   settledRound_ = settleRound_;
 }
@@ -136,10 +136,7 @@ void Host::end() {
     for (const std::int64_t id : now) {
       if (std::find(order_.begin(), order_.end(), id) == order_.end()) order_.push_back(id);
     }
-    if (reverted && !order_.empty()) {
-      reassertLater_ = true;
-      reassert();
-    }
+    if (reverted) reassert();
     restore_->end(appliedProfiles());
     if (order_ != before || (restore_->isOpen() && order_.empty() && planned_)) settleLater();
     if (planned_) armLook();
@@ -164,10 +161,18 @@ std::vector<Host::Profile> Host::appliedProfiles() const {
   return applied;
 }
 
-/// One of several applied profiles has ended, and took the others' settings with it: the latest of them holds.
+/// Of the applied profiles the one whose settings hold: the latest; null when none is applied.
+Host::Profile Host::latestApplied() const {
+  for (auto identifier = order_.rbegin(); identifier != order_.rend(); ++identifier) {
+    const Profile profile = manager()->profileByIdentifier(*identifier);
+    if (profile && profile->isApplied()) return profile;
+  }
+  return nullptr;
+}
+
+/// Something may have gone over what the applied profiles ask for: the end of one takes the others' settings with it.
 void Host::reassert() {
-  if (order_.empty()) return;
-  if (const Profile profile = manager()->profileByIdentifier(order_.back())) profile->refreshSoundSettingsIfRequired();
+  if (const Profile latest = latestApplied()) latest->refreshSoundSettingsIfRequired();
 }
 
 void Host::settleLater(double seconds) {
@@ -183,18 +188,11 @@ void Host::settleLater(double seconds) {
 
 void Host::settle() {
   if (!restore_->settle(appliedProfiles())) settleLater(retrySeconds);
-  const bool unfinished = std::exchange(unfinished_, false), disturbed = std::exchange(reassertLater_, false);
-  if (order_.empty()) return;
-  if (unfinished) return reassert();
-  if (!disturbed) return;
-  // The delayed steps of the revert may have gone over what was asserted at once.
-  const Profile latest = manager()->profileByIdentifier(order_.back());
-  const PhoneState now = restore_->phone();
-  if (!latest || !now.ringtone || !now.media) return;
-  if (!sameVolume(*now.ringtone, static_cast<float>(latest->ringerVolume())) ||
-      !sameVolume(*now.media, static_cast<float>(latest->playBackVolume()))) {
-    reassert();
-  }
+  const bool unfinished = std::exchange(unfinished_, false);
+  // Delayed steps of an earlier switch, or of a form that the profile had before an edit, may have gone over what the
+  // latest asks for.
+  const Profile latest = latestApplied();
+  if (latest && (unfinished || !restore_->isAsAskedBy(*latest))) reassert();
 }
 
 // --- What happens to the phone ---

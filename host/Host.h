@@ -175,6 +175,7 @@ class Host {
 
   // Restoring.
   std::vector<Profile> appliedProfiles() const;
+  Profile latestApplied() const;
   void settleLater(double seconds = settleSeconds);
   void settle();
   void reassert();
@@ -195,7 +196,6 @@ class Host {
   int depth_ = 0;
   bool planned_ = false;             ///< Something in this piece may call for another look.
   bool enabled_ = false;             ///< The master switch, as last seen.
-  bool reassertLater_ = false;       ///< A revert may have gone over what another profile asks for.
   bool unfinished_ = false;          ///< Applied by an earlier process, perhaps not to the end.
   std::vector<std::int64_t> order_;  ///< The applied profiles, the latest last.
   std::uint64_t settleRound_ = 0, settledRound_ = 0, leaveRound_ = 0;

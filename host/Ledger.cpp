@@ -41,6 +41,24 @@ void put(Dictionary& dictionary, std::string_view key, const std::optional<T>& v
   if (value) dictionary.set(key, *value);
 }
 
+/// All but the icon, which shows for as long as a process says so.
+PhoneState stateOf(const Dictionary& dictionary) {
+  return {.ringtone = volumeOf(dictionary.find("ringtone")),
+          .media = volumeOf(dictionary.find("media")),
+          .ringVibrate = flagOf(dictionary.find("ringVibrate")),
+          .silentVibrate = flagOf(dictionary.find("silentVibrate")),
+          .doNotDisturb = flagOf(dictionary.find("doNotDisturb")),
+          .icon = std::nullopt};
+}
+
+void putState(Dictionary& dictionary, const PhoneState& state) {
+  put(dictionary, "ringtone", state.ringtone);
+  put(dictionary, "media", state.media);
+  put(dictionary, "ringVibrate", state.ringVibrate);
+  put(dictionary, "silentVibrate", state.silentVibrate);
+  put(dictionary, "doNotDisturb", state.doNotDisturb);
+}
+
 }  // namespace
 
 Ledger Ledger::load() {
@@ -49,14 +67,12 @@ Ledger Ledger::load() {
   const Dictionary* entry = content && !content->empty() ? content->front().as<Dictionary>() : nullptr;
   if (!entry) return ledger;
   ledger.open = true;
-  ledger.found.ringtone = volumeOf(entry->find("ringtone"));
-  ledger.found.media = volumeOf(entry->find("media"));
-  ledger.found.ringVibrate = flagOf(entry->find("ringVibrate"));
-  ledger.found.silentVibrate = flagOf(entry->find("silentVibrate"));
-  ledger.found.doNotDisturb = flagOf(entry->find("doNotDisturb"));
+  ledger.found = stateOf(*entry);
   ledger.ringtonesSet = volumesOf(entry->find("ringtonesSet"));
   ledger.mediasSet = volumesOf(entry->find("mediasSet"));
   ledger.doNotDisturbSet = flagOf(entry->find("doNotDisturbSet")).value_or(false);
+  const Value* hand = entry->find("byHand");
+  if (const auto* byHand = hand ? hand->as<Dictionary>() : nullptr) ledger.byHand = stateOf(*byHand);
   return ledger;
 }
 
@@ -64,14 +80,13 @@ bool Ledger::save() const {
   Array content;
   if (open) {
     Dictionary entry;
-    put(entry, "ringtone", found.ringtone);
-    put(entry, "media", found.media);
-    put(entry, "ringVibrate", found.ringVibrate);
-    put(entry, "silentVibrate", found.silentVibrate);
-    put(entry, "doNotDisturb", found.doNotDisturb);
+    putState(entry, found);
     entry.set("ringtonesSet", arrayOf(ringtonesSet));
     entry.set("mediasSet", arrayOf(mediasSet));
     entry.set("doNotDisturbSet", doNotDisturbSet);
+    Dictionary hand;
+    putState(hand, byHand);
+    entry.set("byHand", std::move(hand));
     content.emplace_back(std::move(entry));
   }
   return platform::device().foundation().files().writeArrayToFileAtomically(content, path);

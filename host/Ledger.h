@@ -22,6 +22,7 @@ struct Ledger {
   /// was set by the user.
   std::vector<float> ringtonesSet, mediasSet;
   bool doNotDisturbSet = false;  ///< Whether a profile has switched Do Not Disturb on since.
+  PhoneState byHand;             ///< What the user has set since the last switch: it stands until the next.
   bool operator==(const Ledger&) const = default;
 
   /// The ledger on the current process's device; closed when there is none, and when it holds nothing readable.

@@ -51,12 +51,13 @@ void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   ledger_ = saved_ = Ledger::load();
   const PhoneState now = readPhoneState();
   if (ledger_.open) {
-    adopt(ledger_.found.ringtone, byHand_.ringtone, ledger_.ringtonesSet, now.ringtone);
-    adopt(ledger_.found.media, byHand_.media, ledger_.mediasSet, now.media);
-    if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
     // The answer to keep a volume reaches the library's saved state first.
     const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
-    if (kept && !isAmong(ledger_.ringtonesSet, *kept)) ledger_.found.ringtone = kept;
+    const bool isKept = differ(kept, ledger_.found.ringtone) && !isAmong(ledger_.ringtonesSet, *kept);
+    adopt(ledger_.found.ringtone, ledger_.byHand.ringtone, ledger_.ringtonesSet, now.ringtone);
+    adopt(ledger_.found.media, ledger_.byHand.media, ledger_.mediasSet, now.media);
+    if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
+    if (isKept) ledger_.found.ringtone = kept;
     save();
   } else if (!applied.empty()) {
     // Applied without a ledger: by a library without this host. What it saved is what was found.
@@ -103,20 +104,21 @@ void RestoreGuard::noteChangesByOthers(const PhoneState& now, bool anyApplied) {
     hand = is;
     return true;
   };
-  if (note(seen_.ringtone, now.ringtone, byHand_.ringtone)) {
+  if (note(seen_.ringtone, now.ringtone, ledger_.byHand.ringtone)) {
     if (!anyApplied) ledger_.found.ringtone = now.ringtone;
     asked_ = now.ringtone;
   }
-  if (note(seen_.media, now.media, byHand_.media)) {
+  if (note(seen_.media, now.media, ledger_.byHand.media)) {
     ledger_.found.media = now.media;
     // So that the library's own revert leads there at once, without a detour.
     if (savedVolume(saved::playBackVolume)) userDefaults().setFloat(*now.media, saved::playBackVolume);
   }
-  if (note(seen_.ringVibrate, now.ringVibrate, byHand_.ringVibrate)) ledger_.found.ringVibrate = now.ringVibrate;
-  if (note(seen_.silentVibrate, now.silentVibrate, byHand_.silentVibrate)) {
+  if (note(seen_.ringVibrate, now.ringVibrate, ledger_.byHand.ringVibrate)) ledger_.found.ringVibrate = now.ringVibrate;
+  if (note(seen_.silentVibrate, now.silentVibrate, ledger_.byHand.silentVibrate)) {
     ledger_.found.silentVibrate = now.silentVibrate;
   }
-  if (note(seen_.doNotDisturb, now.doNotDisturb, byHand_.doNotDisturb)) ledger_.found.doNotDisturb = now.doNotDisturb;
+  if (note(seen_.doNotDisturb, now.doNotDisturb, ledger_.byHand.doNotDisturb))
+    ledger_.found.doNotDisturb = now.doNotDisturb;
 }
 
 void RestoreGuard::willSave(const platform::Array& profiles) {
@@ -135,7 +137,6 @@ void RestoreGuard::open(const PhoneState& found) {
   ledger_ = {};
   ledger_.open = true;
   ledger_.found = found;
-  byHand_ = {};
   asked_.reset();
   save();
 }
@@ -156,12 +157,16 @@ void RestoreGuard::save() {
 void RestoreGuard::end(const std::vector<Profile>& applied) {
   if (ledger_.open) {
     const bool switched = identifiersOf(applied) != appliedAtBegin_;
-    if (switched) byHand_ = {};
+    if (switched) ledger_.byHand = {};
     if (!switched) {
       noteKeptVolume();
       if (!applied.empty()) holdTheHand(readPhoneState());
     }
     assertUnion(applied);
+    // From now on it is on by the user's hand, should this process not live to see that.
+    if (applied.empty() && !differ(ledger_.found.doNotDisturb, readPhoneState().doNotDisturb)) {
+      ledger_.doNotDisturbSet = false;
+    }
     save();
     dropDetours(applied);
   }
@@ -180,8 +185,8 @@ void RestoreGuard::noteKeptVolume() {
 
 /// Nothing switched: what the library asserted again is not to go over what the user has set since.
 void RestoreGuard::holdTheHand(const PhoneState& now) {
-  if (differ(byHand_.ringtone, now.ringtone)) setRingtone(*byHand_.ringtone);
-  if (differ(byHand_.media, now.media)) setMedia(*byHand_.media);
+  if (differ(ledger_.byHand.ringtone, now.ringtone)) setRingtone(*ledger_.byHand.ringtone);
+  if (differ(ledger_.byHand.media, now.media)) setMedia(*ledger_.byHand.media);
 }
 
 /// From one event to the next, the end of the first puts back what the second changes again when its tone is over.
@@ -195,21 +200,31 @@ void RestoreGuard::dropDetours(const std::vector<Profile>& applied) {
            std::none_of(applied.begin(), applied.end(),
                         [&](const Profile& each) { return sameVolume(*held, static_cast<float>(((*each).*asked)())); });
   };
-  if (isDetour(volumes.ringtone(), ledger_.found.ringtone, byHand_.ringtone, &HMProfile::ringerVolume)) {
+  if (isDetour(volumes.ringtone(), ledger_.found.ringtone, ledger_.byHand.ringtone, &HMProfile::ringerVolume)) {
     volumes.dropRingtone();
   }
-  if (isDetour(volumes.media(), ledger_.found.media, byHand_.media, &HMProfile::playBackVolume)) volumes.dropMedia();
+  if (isDetour(volumes.media(), ledger_.found.media, ledger_.byHand.media, &HMProfile::playBackVolume))
+    volumes.dropMedia();
 }
 
 /// Do Not Disturb and the icon belong to all applied profiles together, and Do Not Disturb to the user before them.
 void RestoreGuard::assertUnion(const std::vector<Profile>& applied) {
   const auto any = [&](auto asks) { return std::any_of(applied.begin(), applied.end(), asks); };
   const auto manager = HMProfilesManager::sharedManager();
-  const bool wanted = byHand_.doNotDisturb.value_or(ledger_.found.doNotDisturb.value_or(false) ||
-                                                    any([](const Profile& each) { return each->isDnDEnabled(); }));
+  const bool wanted = ledger_.byHand.doNotDisturb.value_or(
+      ledger_.found.doNotDisturb.value_or(false) || any([](const Profile& each) { return each->isDnDEnabled(); }));
   if (readPhoneState().doNotDisturb.value_or(wanted) != wanted) manager->enableORDisableDnD(wanted);
   const bool icon = any([](const Profile& each) { return each->isShowOnStatusBar(); });
   if (device_.isIconVisible().value_or(icon) != icon) manager->showORHideIconsOnSpringBoard(icon);
+}
+
+bool RestoreGuard::isAsAskedBy(const HMProfile& profile) const {
+  const PhoneState now = readPhoneState();
+  const auto isAsAsked = [](const std::optional<float>& is, const std::optional<float>& hand, double asked) {
+    return !is || hand || sameVolume(*is, static_cast<float>(asked));
+  };
+  return isAsAsked(now.ringtone, ledger_.byHand.ringtone, profile.ringerVolume()) &&
+         isAsAsked(now.media, ledger_.byHand.media, profile.playBackVolume());
 }
 
 bool RestoreGuard::settle(const std::vector<Profile>& applied) {
@@ -227,7 +242,6 @@ bool RestoreGuard::settle(const std::vector<Profile>& applied) {
   waits_ = false;
   forgetSavedState();
   ledger_ = {};
-  byHand_ = {};
   save();
   return true;
 }

@@ -38,13 +38,16 @@ class RestoreGuard {
   /// not be put back yet: its service is away.
   bool settle(const std::vector<Profile>& applied);
 
+  /// Whether the volumes are as an applied profile asks, or else as the user has set them since.
+  bool isAsAskedBy(const HMProfile& profile) const;
+
   bool isOpen() const { return ledger_.open; }
   /// What profiles change, as it is now; the icon included.
   PhoneState phone() const;
   /// A service came back: what it shows now is nobody's change.
   void forgetSeen() { seen_ = {}; }
   /// The next change of the library is wanted even where it goes over the user's hand: an edit of the profile.
-  void releaseHand() { byHand_ = {}; }
+  void releaseHand() { ledger_.byHand = {}; }
 
  private:
   using Identifiers = std::multiset<std::int64_t>;
@@ -67,7 +70,6 @@ class RestoreGuard {
   bool saveFailed_ = false, waits_ = false;
   PhoneState seen_;             ///< At the last `end`.
   PhoneState begun_;            ///< At the last `begin`.
-  PhoneState byHand_;           ///< What the user has set since the last switch.
   std::optional<float> asked_;  ///< The ringtone volume that the library's question is about.
   std::optional<float> keyAtBegin_;
   Identifiers appliedAtBegin_;

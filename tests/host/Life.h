@@ -39,11 +39,14 @@ struct VolumeWrite {
 struct Life {
   PhoneState before, end;
   std::vector<PhoneState> moments;
-  std::vector<bool> missed;  ///< Moments in which the host was dead, or had not settled after its new start.
+  /// Moments of which nothing is promised: the host was dead, had not settled after its new start, or was dead or died
+  /// when its user asked it for something, which may have been done or not.
+  std::vector<bool> missed;
   std::vector<VolumeWrite> writes;
   std::vector<std::string> complaints;
-  std::size_t entries = 0;  ///< That the host caused.
-  bool died = false;
+  std::size_t entries = 0;    ///< That the host caused.
+  std::size_t questions = 0;  ///< That the user was asked.
+  bool died = false, diedInStep = false;
 };
 
 inline host::Host& hostOf(Simulation& simulation) { return static_cast<FullHost&>(simulation.host()).host(); }
@@ -67,8 +70,10 @@ inline Life live(Scenario scenario, const std::vector<Moment>& moments = {}, std
   life.missed.resize(moments.size());
   Simulation* playing = nullptr;
   double deathTime = 0;
+  bool inStep = false;  // Stays so where a death ends the step.
   const auto isRecovering = [&] {
     if (!playing->hasDied()) return false;
+    if (life.diedInStep) return true;
     const double since = playing->phone().time().uptime() - deathTime;
     return since < restartSeconds + 2 * host::Host::settleSeconds;
   };
@@ -86,14 +91,28 @@ inline Life live(Scenario scenario, const std::vector<Moment>& moments = {}, std
                          life.missed[i] = isRecovering();
                        }});
     }
-    if (taken < scenario.steps.size()) steps.push_back(scenario.steps[taken]);
+    if (taken == scenario.steps.size()) continue;
+    steps.push_back({scenario.steps[taken].at, [&inStep, perform = scenario.steps[taken].perform](Simulation& s) {
+                       inStep = true;
+                       perform(s);
+                       inStep = false;
+                     }});
   }
   scenario.steps = std::move(steps);
   Audience audience;
-  audience.complaint = [&](const std::string& line) { life.complaints.push_back(line); };
+  audience.complaint = [&](const std::string& line) {
+    life.complaints.push_back(line);
+    life.diedInStep = life.diedInStep || line.find("host is not running") != std::string::npos;
+  };
   audience.entry = [&](const devices::RecordEntry& entry) {
     life.entries += entry.kind != devices::kind::phone;
-    if (life.entries == deathAt && playing) deathTime = playing->phone().time().uptime();
+    if (life.entries == deathAt && playing && entry.kind != devices::kind::phone) {
+      deathTime = playing->phone().time().uptime();
+      life.diedInStep = inStep;
+    }
+    if (entry.kind == devices::kind::alert && *entry.fields.find("operation")->as<std::string>() == "show") {
+      ++life.questions;
+    }
     if (entry.kind != devices::kind::effect) return;
     const std::string name = *entry.fields.find("name")->as<std::string>();
     const auto volume = [&] { return *entry.fields.find("volume")->as<double>(); };
