@@ -75,6 +75,7 @@ TEST_F(DoNotDisturbTest, ANotificationServiceWithoutInhibitionsLeavesTheSetting)
   doNotDisturb.set(true);
   EXPECT_FALSE(areBannersShown());
   exchangeWith(bus);
+  service.receiveAll();
   EXPECT_EQ(service.calls(), Texts());
 }
 
@@ -110,6 +111,7 @@ TEST_F(DoNotDisturbTest, AnInhibitionOfAnotherProgramShowsAndStays) {
   ASSERT_TRUE(waitUntil([&] { return doNotDisturb.isOn(); }));
   doNotDisturb.set(false);
   exchangeWith(bus);
+  service.receiveAll();
   EXPECT_TRUE(doNotDisturb.isOn());
   EXPECT_EQ(service.calls(), Texts());
 }
@@ -160,6 +162,7 @@ TEST_F(DoNotDisturbTest, WhatWasSwitchedOffWhileTheServiceWasAwayStaysOff) {
   service.emplace();
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service->receiveAll();
   EXPECT_EQ(service->calls(), Texts());
 }
 
@@ -187,6 +190,7 @@ TEST_F(DoNotDisturbTest, WhatWasSwitchedOnMovesToTheSettingWhenAnotherServiceTak
   service.emplace();
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service->receiveAll();
   EXPECT_EQ(service->calls(), Texts());
 }
 
@@ -196,6 +200,7 @@ TEST_F(DoNotDisturbTest, WhatTheUserHadSwitchedOnDoesNotMove) {
   NotificationsStandIn service;
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service.receiveAll();
   EXPECT_FALSE(areBannersShown());
   EXPECT_EQ(service.calls(), Texts());
   EXPECT_FALSE(doNotDisturb.isOn());
@@ -212,6 +217,7 @@ TEST_F(DoNotDisturbTest, WhatTheUserSwitchedOffAndOnAgainIsTheUsersAndDoesNotMov
   NotificationsStandIn service;
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service.receiveAll();
   EXPECT_FALSE(areBannersShown());
   EXPECT_EQ(service.calls(), Texts());
 }
@@ -241,7 +247,27 @@ TEST_F(DoNotDisturbTest, WhatWasRefusedIsNotAskedOfTheNextService) {
   service.emplace();
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service->receiveAll();
   EXPECT_EQ(service->calls(), Texts());
+}
+
+TEST_F(DoNotDisturbTest, WhatTheUserEndedDuringTheRequestIsEnded) {
+  auto service = std::make_optional<NotificationsStandIn>();
+  service->setTells(false);
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  doNotDisturb.set(true);
+  ASSERT_TRUE(waitUntil([&] { return service->calls().size() == 1; }));
+  service->clearInhibitions();
+  EXPECT_TRUE(waitUntil([&] { return !doNotDisturb.isOn(); }));
+  service.reset();
+  ASSERT_TRUE(waitForReport("-the notification service is away"));
+  service.emplace();
+  ASSERT_TRUE(waitForReport(theInhibitions));
+  exchangeWith(bus);
+  service->receiveAll();
+  EXPECT_EQ(service->calls(), Texts());
+  doNotDisturb.set(true);
+  EXPECT_TRUE(waitUntil([&] { return service->isInhibited(); }));
 }
 
 TEST_F(DoNotDisturbTest, WhatTheUserEndedIsNotAskedOfTheNextService) {
@@ -258,6 +284,7 @@ TEST_F(DoNotDisturbTest, WhatTheUserEndedIsNotAskedOfTheNextService) {
   service.emplace();
   ASSERT_TRUE(waitForReport(theInhibitions));
   exchangeWith(bus);
+  service->receiveAll();
   EXPECT_EQ(service->calls(), Texts());
 }
 
@@ -290,6 +317,12 @@ TEST_P(UnansweredEndTest, LeavesTheInhibitionHeldSoThatItCanBeEndedLater) {
   EXPECT_TRUE(waitUntil([&] { return !service.isInhibited(); }));
   EXPECT_TRUE(waitForReport(theInhibitions));
   EXPECT_FALSE(doNotDisturb.isOn());
+  // And all goes on as before, changes of mind during a request included.
+  const std::size_t before = service.calls().size();
+  doNotDisturb.set(true);
+  doNotDisturb.set(false);
+  EXPECT_TRUE(waitUntil([&] { return service.calls().size() == before + 2; }));
+  EXPECT_FALSE(service.isInhibited());
 }
 
 INSTANTIATE_TEST_SUITE_P(Behaviours, UnansweredEndTest,
@@ -379,6 +412,7 @@ TEST_F(NotificationInhibitionTest, IsNotHeldInReserveForAServiceToCome) {
   NotificationsStandIn service;
   ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent(); }));
   exchangeWith(bus);
+  service.receiveAll();
   EXPECT_EQ(service.calls(), Texts());
 }
 
@@ -392,6 +426,7 @@ TEST_F(NotificationInhibitionTest, IsForgottenWithAServiceThatHasNone) {
   service.emplace();
   ASSERT_TRUE(waitUntil([&] { return inhibition.isPresent() && inhibition.isOffered(); }));
   exchangeWith(bus);
+  service->receiveAll();
   EXPECT_EQ(service->calls(), Texts());
 }
 

@@ -67,6 +67,8 @@ NotificationsStandIn::~NotificationsStandIn() {
   connection_->close_sync();
 }
 
+void NotificationsStandIn::receiveAll() { exchangeWith(connection_); }
+
 void NotificationsStandIn::serve(const std::string& method, const VariantContainerBase& arguments,
                                  const Invocation& invocation) {
   if (method == "GetAll") return serveProperty(invocation);

@@ -43,6 +43,8 @@ class NotificationsStandIn {
   bool isInhibited() const { return otherInhibition_ || !cookies_.empty(); }
   /// Calls of Inhibit and UnInhibit so far, such as "Inhibit hushmode" and "UnInhibit 1".
   const std::vector<std::string>& calls() const { return calls_; }
+  /// Runs the main loop until all has been served that the bus has sent here so far.
+  void receiveAll();
   std::size_t probes() const { return probes_; }
   /// Sends a notice of changed properties with these arguments.
   void sendChange(const Glib::VariantContainerBase& arguments);
