@@ -234,6 +234,19 @@ TEST_F(NetworkManagerWiFiTest, KeepsWhatItKnewWhenTheAnswerIsNonsense) {
   EXPECT_EQ(reports.lines.size(), 3U);
 }
 
+TEST_F(NetworkManagerWiFiTest, KeepsWhatItKnewWhenOneAnswerOfManyIsMissing) {
+  const std::string home = mock.add({"Home"});
+  mock.activate(home);
+  begin(200ms);
+  ASSERT_TRUE(untilReported(1));
+  mock.service().answer(home, "org.freedesktop.NetworkManager.Settings.Connection", "GetSettings", "", "s",
+                        "ret = 'nonsense'");
+  mock.add({"Office"});
+  ASSERT_TRUE(untilReported(2));
+  EXPECT_EQ(joined(), "Home");
+  EXPECT_EQ(known(), Texts{"Home"});
+}
+
 TEST_F(NetworkManagerWiFiTest, HasNoNetworksWithoutABus) {
   wiFi.emplace(Glib::RefPtr<Gio::DBus::Connection>(), reports.services, [this] { ++changes; });
   EXPECT_EQ(reports.lines, Texts{"networks: away, NetworkManager is not running"});

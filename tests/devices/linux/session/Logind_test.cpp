@@ -60,6 +60,19 @@ TEST_F(LogindTest, FindsTheUsersSessionAtASeatByItself) {
   EXPECT_TRUE(untilLocked(true));
 }
 
+TEST_F(LogindTest, TakesTheSessionOfThisUserThatIsAtASeat) {
+  mock.addSession("2", "seat1", getuid() + 1);
+  mock.addSession("3");
+  const std::string user = std::to_string(getuid()), other = std::to_string(getuid() + 1);
+  mock.service().answer(MockedLogind::manager, "org.freedesktop.login1.Manager", "ListSessions", "", "a(susso)",
+                        "ret = [('2', " + other + ", 'another', 'seat1', '" + MockedLogind::session("2") +
+                            "'), ('3', " + user + ", 'somebody', '', '" + MockedLogind::session("3") + "'), ('1', " +
+                            user + ", 'somebody', 'seat0', '" + MockedLogind::session("1") + "')]");
+  mock.setLocked(true, "1");
+  begin("");
+  EXPECT_TRUE(untilLocked(true)) << "neither the other user's nor the one without a seat, which are unlocked";
+}
+
 TEST_F(LogindTest, LooksForASessionWhenItsOwnIsNoMore) {
   mock.service().answer(MockedLogind::manager, "org.freedesktop.login1.Manager", "GetSession", "s", "o",
                         "raise dbus.exceptions.DBusException('no', name='org.freedesktop.login1.NoSuchSession')");

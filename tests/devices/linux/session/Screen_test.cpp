@@ -141,6 +141,17 @@ TEST_F(ScreenTest, IsLitThroughAScreenSaverThatTellsNothing) {
   EXPECT_FALSE(isLocked());
 }
 
+TEST_F(ScreenTest, AsksAScreenSaverAgainThatDidNotAnswer) {
+  MockedScreenSaver saver(true);
+  saver.service().hang();
+  begin(200ms);
+  ASSERT_TRUE(untilReported(bySaver));
+  // Longer than its answer is waited for: only a later question tells.
+  EXPECT_FALSE(runUntil([&] { return isLocked(); }, 400ms));
+  saver.service().goOn();
+  EXPECT_TRUE(runUntil([&] { return isLocked(); }));
+}
+
 TEST_F(ScreenTest, RestsWhereThereIsNeither) {
   begin();
   ASSERT_TRUE(untilReported(byNothing));
