@@ -64,8 +64,13 @@ class LivePhone:
     # --- The daemon ---
 
     def start(self, wait=True, **environment):
-        self.daemon = subprocess.Popen([self.program, "--verbose"], env={**self.session.environment, **environment},
-                                       stderr=self.log, stdin=subprocess.DEVNULL)
+        # As installed: the icon beside the data.
+        data = self.session.folder / "share" / "hushmode"
+        if not data.parent.exists():
+            data.parent.mkdir()
+            (data.parent / "icons").symlink_to(ROOT / "packaging" / "icons")
+        self.daemon = subprocess.Popen([self.program, "--verbose", "--data", data], stderr=self.log,
+                                       stdin=subprocess.DEVNULL, env={**self.session.environment, **environment})
         self.daemon.log_name = self.log.name
         self.session.processes.append(self.daemon)
         if wait:
