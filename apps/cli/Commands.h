@@ -21,5 +21,7 @@ void addSimulateCommand(CLI::App& program, Command& chosen);
 void addEventsCommand(CLI::App& program, Command& chosen);
 void addProfileCommand(CLI::App& program, Command& chosen);
 void addStatusCommands(CLI::App& program, Command& chosen);
+void addQuietCommands(CLI::App& program, Command& chosen);
+void addAgendaCommand(CLI::App& program, Command& chosen);
 
 }  // namespace hushmode::cli

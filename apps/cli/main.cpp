@@ -43,6 +43,8 @@ int main(int argc, char** argv) {
   cli::Command chosen;
   cli::addProfileCommand(program, chosen);
   cli::addStatusCommands(program, chosen);
+  cli::addQuietCommands(program, chosen);
+  cli::addAgendaCommand(program, chosen);
   cli::addSimulateCommand(program, chosen);
   cli::addEventsCommand(program, chosen);
   try {

@@ -130,6 +130,53 @@ class Commands(unittest.TestCase):
                      says=["line ", "--ringtone x", "kept in"])
         self.refused("profile", "edit", "Work", "--editor", EDITOR="false", VISUAL="", code=3, says=["editor"])
 
+    def own_events(self):
+        folder = self.folder / "data/hushmode/calendars/Hush Mode"
+        return [path.read_text() for path in sorted(folder.glob("*.ics"))]
+
+    def test_quiet_hours_are_events_of_our_own_calendar(self):
+        self.done("profile", "add", "Night", "--calendars", "Home")
+        self.done("schedule", "Night", "10pm-06:00", "--days", "sun,wed")
+        self.done("schedule", "Night", "22:30-06:15", "--days", "mon")  # In the place of the first.
+        [event] = self.own_events()
+        for line in ("DURATION:PT465M", "RRULE:FREQ=WEEKLY;BYDAY=MO", "T223000"):
+            self.assertIn(line, event)
+        self.assertEqual(self.profiles()["Night"]["calendarIdentifiers"], ["folder:Home", "folder:Hush Mode"])
+        self.assertEqual(json.loads(self.done("schedule", "--list", "--json")),
+                         {"profile": "Night", "hours": "22:30-06:15", "days": "MO"})
+        occurrences = self.done("events", "--calendars", self.folder / "data/hushmode/calendars", "--from", "2030-01-01",
+                                "--to", "2030-01-31", "--zone", "UTC", "--json").splitlines()
+        self.assertEqual([json.loads(line)["start"][:16] for line in occurrences],
+                         ["2029-12-31T22:30", "2030-01-07T22:30", "2030-01-14T22:30", "2030-01-21T22:30", "2030-01-28T22:30"])
+        self.done("schedule", "Night", "--remove")
+        self.assertEqual(self.own_events(), [])
+        self.refused("schedule", "Night", "--remove", says=["no quiet hours"])
+
+    def test_hours_that_are_none_are_refused(self):
+        self.done("profile", "add", "Night")
+        self.done("profile", "add", "Work", "--window", "08:00-17:00")
+        for arguments, says in ((["Night", "22:00"], ["22:00-06:00"]), (["Night", "22:00-22:00"], ["22:00-06:00"]),
+                                (["Night", "22:00-06:00", "--days", "someday"], ["mon,tue"]),
+                                (["Nihgt", "22:00-06:00"], ['"Night"']),
+                                (["Work", "22:00-06:00"], ["--all-day"]), ([], ["--list"])):
+            with self.subTest(arguments=arguments):
+                self.refused("schedule", *arguments, says=says)
+        for length in ("", "90", "0m", "m", "-5m", "200h", "90 minutes"):
+            with self.subTest(length=length):
+                self.refused("quiet", length, "--profile", "Night")
+        self.assertEqual(self.own_events(), [])
+
+    def test_the_agenda_tells_the_switches_to_come(self):
+        self.done("on")
+        self.done("profile", "add", "Night", "--ringtone", "5%")
+        self.done("schedule", "Night", "00:00-23:59")
+        switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
+        self.assertEqual({each["profile"] for each in switches}, {"Night"})
+        tomorrow = [each for each in switches if "T00:00:00" in each["time"]]
+        self.assertEqual([(each["on"], each["reason"]) for each in tomorrow], [(True, '"Quiet hours"')])
+        self.assertIn("Night", self.done("agenda"))
+        self.refused("agenda", "--days", "0", says=["--days"])
+
     def test_on_and_off_are_kept(self):
         for word in ("off", "on"):
             self.done(word)

@@ -1,0 +1,189 @@
+// hushmode quiet and schedule: quiet from now on for a while, and quiet hours without a calendar account. Both are
+// events of Hush Mode's own calendar, so that they begin and end as all others do.
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/Daemon.h"
+#include "apps/cli/Json.h"
+#include "apps/cli/OwnCalendar.h"
+#include "apps/cli/ProfileStore.h"
+#include "apps/cli/ProfileWords.h"
+#include "apps/cli/Terminal.h"
+#include "apps/cli/Text.h"
+#include "apps/simulation/JsonReader.h"
+#include "apps/simulation/Scenario.h"
+#include "apps/simulation/TimeText.h"
+#include "util/Numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <iostream>
+#include <memory>
+#include <regex>
+
+namespace hushmode::cli {
+
+using platform::Array;
+using platform::Date;
+using platform::Dictionary;
+using simulation::InputError;
+
+namespace {
+
+struct Options {
+  std::string length, profile, hours, days;
+  bool list = false, remove = false, json = false;
+};
+
+constexpr int longestMinutes = 7 * 24 * 60;
+
+/// "90m", "2h", "1h30m" in minutes.
+int parseLength(const std::string& text) {
+  static const std::regex form(R"((?:(\d{1,3})h)?(?:(\d{1,4})m(?:in)?)?)");
+  std::smatch parts;
+  if (!text.empty() && text.size() < 12 && std::regex_match(text, parts, form)) {
+    const int minutes =
+        (parts[1].matched ? std::stoi(parts[1]) * 60 : 0) + (parts[2].matched ? std::stoi(parts[2]) : 0);
+    if (minutes >= 1 && minutes <= longestMinutes) return minutes;
+  }
+  throw InputError(tr("quiet {}: expected how long, such as 90m, 2h or 1h30m, at most a week", text));
+}
+
+/// RFC 5545's names of the days; empty for every day.
+std::vector<std::string> parseDays(const std::string& text) {
+  static constexpr std::array<std::pair<const char*, const char*>, 7> names{
+      {{"mon", "MO"}, {"tue", "TU"}, {"wed", "WE"}, {"thu", "TH"}, {"fri", "FR"}, {"sat", "SA"}, {"sun", "SU"}}};
+  std::vector<std::string> days;
+  for (const std::string& each : splitList(text)) {
+    const auto place = std::find_if(names.begin(), names.end(), [&](const auto& name) { return each == name.first; });
+    if (place == names.end()) {
+      throw InputError(tr("--days {}: expected days such as mon,tue,wed,thu,fri,sat,sun", text));
+    }
+    days.emplace_back(place->second);
+  }
+  return days;
+}
+
+/// The profile named; without a name, the only enabled one.
+Dictionary chosenProfile(ProfileStore& store, const std::string& name) {
+  const auto profiles = store.list();
+  if (!name.empty()) return profileNamed(profiles, name);
+  std::vector<Dictionary> enabled;
+  for (const Dictionary& each : profiles) {
+    if (booleanMeaning(each.find("enabled"))) enabled.push_back(each);
+  }
+  if (enabled.empty()) throw InputError(tr("no profile is enabled; make one with: hushmode profile add NAME"));
+  if (enabled.size() > 1) {
+    throw InputError(tr("several profiles are enabled; say which with --profile, such as --profile \"{}\"",
+                        titleOf(enabled.front())));
+  }
+  return enabled.front();
+}
+
+/// The profile follows our calendar from now on, and takes part.
+void follow(ProfileStore& store, const Dictionary& profile) {
+  Dictionary changes;
+  if (!booleanMeaning(profile.find("enabled"))) changes.set("enabled", true);
+  const auto* value = profile.find("calendarIdentifiers");
+  Array identifiers = value && value->as<Array>() ? *value->as<Array>() : Array();
+  const platform::Value own(OwnCalendar::identifier);
+  if (std::find(identifiers.begin(), identifiers.end(), own) == identifiers.end()) {
+    identifiers.push_back(own);
+    changes.set("calendarIdentifiers", identifiers);
+  }
+  if (!changes.empty()) store.update(identifierOf(profile), changes);
+}
+
+void requireWholeDay(const Dictionary& profile) {
+  if (booleanMeaning(profile.find("allDay"))) return;
+  throw InputError(
+      tr("\"{0}\" is only on from {1}; let it be on at any time with: hushmode profile edit \"{0}\" --all-day",
+         titleOf(profile), windowText(profile)));
+}
+
+int quiet(const Options& options) {
+  const int minutes = parseLength(options.length);
+  const auto store = ProfileStore::open();
+  const auto profile = chosenProfile(*store, options.profile);
+  requireWholeDay(profile);
+  if (!store->isEnabled()) throw InputError(tr("Hush Mode is off; switch it on with: hushmode on"));
+  using namespace std::chrono;
+  const Date now(duration<double>(system_clock::now().time_since_epoch()).count());
+  const Date end = now.addingSeconds(minutes * 60);
+  follow(*store, profile);
+  OwnCalendar::addQuiet(titleOf(profile), now, end);
+  std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile),
+                  simulation::clockTime(end, *simulation::zoneNamed(std::nullopt)).substr(0, 5))
+            << '\n';
+  if (!store->isLive())
+    throw ServiceError(tr("the daemon does not run; start it with: systemctl --user start hushmoded"));
+  return Done;
+}
+
+int listSchedules(const Options& options) {
+  bool any = false;
+  for (const OwnEvent& each : OwnCalendar::list()) {
+    if (!each.hours) continue;
+    any = true;
+    if (options.json) {
+      std::cout << lineOf({{"profile", each.profile}, {"hours", *each.hours}, {"days", each.days}}) << '\n';
+    } else {
+      std::cout << harmless(each.profile) << "  " << *each.hours << "  "
+                << (each.days == "daily" ? tr("every day") : each.days) << '\n';
+    }
+  }
+  if (!any && !options.json) std::cout << tr("There are no quiet hours.") << '\n';
+  return Done;
+}
+
+int schedule(const Options& options) {
+  if (options.list) return listSchedules(options);
+  if (options.profile.empty()) throw InputError(tr("schedule: expected the title of a profile, or --list"));
+  if (options.remove) {
+    if (!OwnCalendar::removeHours(options.profile)) {
+      throw InputError(tr("\"{}\" has no quiet hours; see hushmode schedule --list", options.profile));
+    }
+    std::cout << tr("\"{}\" has no quiet hours any more.", options.profile) << '\n';
+    return Done;
+  }
+  const auto dash = options.hours.find('-');
+  const auto start = dash == std::string::npos ? std::nullopt : fileTimeOf(options.hours.substr(0, dash));
+  const auto end = dash == std::string::npos ? std::nullopt : fileTimeOf(options.hours.substr(dash + 1));
+  if (!start || !end || *start == *end) {
+    throw InputError(tr("schedule {}: expected two times of day, such as 22:00-06:00 or 10pm-6am", options.hours));
+  }
+  const auto days = parseDays(options.days);
+  const auto store = ProfileStore::open();
+  const auto profile = profileNamed(store->list(), options.profile);
+  requireWholeDay(profile);
+  follow(*store, profile);
+  OwnCalendar::addHours(titleOf(profile), *minuteOfDay(*start), *minuteOfDay(*end), days);
+  std::cout << tr("\"{0}\" is quiet from {1}.", titleOf(profile), options.hours) << '\n';
+  return Done;
+}
+
+}  // namespace
+
+void addQuietCommands(CLI::App& program, Command& chosen) {
+  const auto quietOptions = std::make_shared<Options>(), scheduleOptions = std::make_shared<Options>();
+  CLI::App* quietly = program.add_subcommand("quiet", tr("Quiet from now on, for a while"));
+  quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))->required();
+  quietly->add_option("--profile", quietOptions->profile, tr("By which profile"))->type_name("NAME");
+  quietly->footer(tr("Example:\n  {}", "hushmode quiet 90m"));
+  quietly->final_callback([quietOptions, &chosen] { chosen = [quietOptions] { return quiet(*quietOptions); }; });
+
+  CLI::App* hours = program.add_subcommand("schedule", tr("Quiet hours without a calendar, over midnight too"));
+  hours->add_option("NAME", scheduleOptions->profile, tr("The profile's title"));
+  hours->add_option("HOURS", scheduleOptions->hours, tr("From when to when, such as 22:00-06:00"));
+  hours
+      ->add_option("--days", scheduleOptions->days, tr("On which days they begin, such as mon,tue; without: every day"))
+      ->type_name("DAYS");
+  hours->add_flag("--list", scheduleOptions->list, tr("List the quiet hours"));
+  hours->add_flag("--remove", scheduleOptions->remove, tr("Remove those of the profile"));
+  hours->add_flag("--json", scheduleOptions->json, tr("List as JSON objects"));
+  hours->footer(tr("Example:\n  {}", "hushmode schedule Night 22:00-06:00 --days sun,mon,tue,wed,thu"));
+  hours->final_callback(
+      [scheduleOptions, &chosen] { chosen = [scheduleOptions] { return schedule(*scheduleOptions); }; });
+}
+
+}  // namespace hushmode::cli
