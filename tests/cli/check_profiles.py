@@ -168,7 +168,7 @@ class Commands(unittest.TestCase):
 
     def test_the_agenda_tells_the_switches_to_come(self):
         self.done("on")
-        self.done("profile", "add", "Night", "--ringtone", "5%")
+        self.done("profile", "add", "Night", "--ringtone", "5%", "--calendars", "Home")
         self.done("schedule", "Night", "00:00-23:59")
         switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
         self.assertEqual({each["profile"] for each in switches}, {"Night"})
