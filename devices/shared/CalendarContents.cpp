@@ -38,6 +38,7 @@ bool CalendarContents::removeIf(const std::function<bool(const std::string& name
 void CalendarContents::disarrange() {
   arranged_ = false;
   members_.clear();
+  members_.shrink_to_fit();
   spans_.clear();
 }
 
@@ -56,11 +57,15 @@ void CalendarContents::arrange() {
     return a.entry->uidHash != b.entry->uidHash ? a.entry->uidHash < b.entry->uidHash : a.entry->uid < b.entry->uid;
   });
 
+  const auto sameUid = [](const Entry& a, const Entry& b) { return a.entry->uid == b.entry->uid; };
+  std::size_t groups = entries.empty() ? 0 : 1;
+  for (std::size_t index = 1; index < entries.size(); ++index) groups += !sameUid(entries[index - 1], entries[index]);
+  members_.reserve(groups);
   std::vector<ICalEntry*> group;
   for (auto first = entries.begin(); first != entries.end();) {
     auto next = first;
     group.clear();
-    for (; next != entries.end() && next->entry->uid == first->entry->uid; ++next) group.push_back(next->entry);
+    for (; next != entries.end() && sameUid(*first, *next); ++next) group.push_back(next->entry);
     members_.push_back({ICalSeries(group), first->text});
     const ICalSeries::Extent extent = members_.back().series.extent();
     spans_.add({extent.from, extent.to, static_cast<std::uint32_t>(members_.size() - 1)});

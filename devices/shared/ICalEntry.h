@@ -43,6 +43,12 @@ struct ICalRepetition {
   std::vector<ICalTime> exceptions;
 };
 
+/// The occurrence that an entry replaces.
+struct ICalReplaced {
+  ICalTime start;              ///< RECURRENCE-ID.
+  bool thisAndFuture = false;  ///< RANGE=THISANDFUTURE: with it, all later ones.
+};
+
 /// What a VEVENT says: a whole entry, or one that replaces occurrences of the entry with the same UID. Compact, since a
 /// calendar may have 100,000 of them.
 struct ICalEntry {
@@ -54,9 +60,8 @@ struct ICalEntry {
   bool allDay = false;
   platform::EKEventStatus status = platform::EKEventStatus::None;
   std::int32_t sequence = 0;
-  bool thisAndFuture = false;            ///< RANGE=THISANDFUTURE of the RECURRENCE-ID.
-  std::optional<ICalTime> recurrenceId;  ///< The occurrence that this replaces.
-  std::unique_ptr<ICalRepetition> repetition;
+  std::unique_ptr<ICalReplaced> replaced;      ///< Null for a whole entry.
+  std::unique_ptr<ICalRepetition> repetition;  ///< Null when it occurs once.
 
   /// What its occurrences share, made when first asked for.
   std::shared_ptr<const platform::EKEventDetails> details;

@@ -125,7 +125,7 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
   entry.status = statusOf(component.get());
   entry.sequence = icalcomponent_get_sequence(component.get());
   readRecurrenceId(component.get(), entry);
-  if (!entry.recurrenceId) {
+  if (!entry.replaced) {
     readRepetition(component.get(), entry);
   }
   file.entries.push_back(std::move(entry));
@@ -225,12 +225,12 @@ void ObjectReader::readLength(icalcomponent* event, ICalEntry& entry) {
 }
 
 void ObjectReader::readRecurrenceId(icalcomponent* event, ICalEntry& entry) {
-  const std::optional<ICalTime> replaced = timeOf(event, ICAL_RECURRENCEID_PROPERTY);
-  if (!replaced) return;
-  entry.recurrenceId = inZoneOf(entry.start, *replaced);
+  const std::optional<ICalTime> start = timeOf(event, ICAL_RECURRENCEID_PROPERTY);
+  if (!start) return;
   icalproperty* property = icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY);
   icalparameter* range = icalproperty_get_first_parameter(property, ICAL_RANGE_PARAMETER);
-  entry.thisAndFuture = range != nullptr && icalparameter_get_range(range) == ICAL_RANGE_THISANDFUTURE;
+  const bool thisAndFuture = range != nullptr && icalparameter_get_range(range) == ICAL_RANGE_THISANDFUTURE;
+  entry.replaced = std::make_unique<ICalReplaced>(ICalReplaced{inZoneOf(entry.start, *start), thisAndFuture});
 }
 
 void ObjectReader::readRepetition(icalcomponent* event, ICalEntry& entry) {

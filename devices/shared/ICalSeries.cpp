@@ -78,29 +78,35 @@ struct ICalSeries::Candidate {
 
 ICalSeries::ICalSeries(std::span<ICalEntry* const> entries) {
   for (ICalEntry* entry : entries) {
-    if (!entry->recurrenceId && (entry_ == nullptr || entry->sequence >= entry_->sequence)) entry_ = entry;
+    if (!entry->replaced && (entry_ == nullptr || entry->sequence >= entry_->sequence)) entry_ = entry;
   }
   addReplacements(entries);
-  if (entry_ != nullptr) reach_ = longestReach();
 }
 
 void ICalSeries::addReplacements(std::span<ICalEntry* const> entries) {
+  std::vector<Replacement> all;
   for (ICalEntry* entry : entries) {
-    if (entry->recurrenceId) replacements_.push_back({entry, likeStart(*entry->recurrenceId)});
+    if (entry->replaced) all.push_back({entry, likeStart(entry->replaced->start)});
   }
-  const auto key = [](const Replacement& replacement) {
-    return std::tuple(replacement.replaced.wall, replacement.entry->thisAndFuture, replacement.entry->sequence);
+  if (all.empty()) return;
+  const auto isFuture = [](const Replacement& replacement) { return replacement.entry->replaced->thisAndFuture; };
+  const auto key = [&](const Replacement& replacement) {
+    return std::tuple(replacement.replaced.wall, isFuture(replacement), replacement.entry->sequence);
   };
-  std::stable_sort(replacements_.begin(), replacements_.end(),
-                   [&](const Replacement& a, const Replacement& b) { return key(a) < key(b); });
+  std::stable_sort(all.begin(), all.end(), [&](const Replacement& a, const Replacement& b) { return key(a) < key(b); });
   // Of those for the same occurrence, the last one stays.
-  const auto superseded = [](const Replacement& later, const Replacement& earlier) {
-    return later.replaced == earlier.replaced && later.entry->thisAndFuture == earlier.entry->thisAndFuture;
+  const auto superseded = [&](const Replacement& later, const Replacement& earlier) {
+    return later.replaced == earlier.replaced && isFuture(later) == isFuture(earlier);
   };
-  const auto kept = std::unique(replacements_.rbegin(), replacements_.rend(), superseded);
-  replacements_.erase(replacements_.begin(), kept.base());
-  std::copy_if(replacements_.begin(), replacements_.end(), std::back_inserter(futures_),
-               [](const Replacement& replacement) { return replacement.entry->thisAndFuture; });
+  const auto kept = std::unique(all.rbegin(), all.rend(), superseded);
+  all.erase(all.begin(), kept.base());
+  replacements_ = std::make_unique<Replacements>();
+  std::copy_if(all.begin(), all.end(), std::back_inserter(replacements_->futures), isFuture);
+  replacements_->all = std::move(all);
+}
+
+std::span<const ICalSeries::Replacement> ICalSeries::replacements() const {
+  return replacements_ ? std::span<const Replacement>(replacements_->all) : std::span<const Replacement>();
 }
 
 /// The occurrence that a RECURRENCE-ID or RDATE means: a date beside a timed series is the occurrence on that day, a
@@ -116,15 +122,15 @@ ICalTime ICalSeries::likeStart(const ICalTime& time) const {
 
 bool ICalSeries::expand(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                         std::vector<ICalOccurrence>& occurrences) const {
-  const std::int64_t replacements = static_cast<std::int64_t>(replacements_.size());
-  if (!budget.take(WorkBudget::kOccurrence * (1 + replacements))) return false;
+  const auto count = static_cast<std::int64_t>(replacements().size());
+  if (!budget.take(WorkBudget::kOccurrence * (1 + count))) return false;
   bool complete = true;
-  if (entry_ != nullptr && !entry_->repetition && replacements_.empty()) {
+  if (entry_ != nullptr && !entry_->repetition && !replacements_) {
     append(entry_, entry_->start, entry_->start, entry_->length, from, to, local, occurrences);
   } else if (entry_ != nullptr) {
     complete = expandRepetition(from, to, local, budget, occurrences);
   }
-  for (const auto& [entry, replaced] : replacements_) {
+  for (const auto& [entry, replaced] : replacements()) {
     append(entry, entry->start, entry->start, entry->length, from, to, local, occurrences);
   }
   return complete;
@@ -132,7 +138,8 @@ bool ICalSeries::expand(std::int64_t from, std::int64_t to, const TimeZone& loca
 
 bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                                   std::vector<ICalOccurrence>& occurrences) const {
-  const WallTime first = from - reach_.before - kClocksApart, last = to + reach_.after + kClocksApart;
+  const Reach reach = longestReach();
+  const WallTime first = from - reach.before - kClocksApart, last = to + reach.after + kClocksApart;
   std::vector<Candidate> candidates;
   const bool complete = collectCandidates(first, last, local, budget, candidates);
 
@@ -140,7 +147,7 @@ bool ICalSeries::expandRepetition(std::int64_t from, std::int64_t to, const Time
   const auto exclude = [&](const ICalTime& time) {
     if (time.wall >= first - kClocksApart && time.wall <= last + kClocksApart) exclusions.add(time, local);
   };
-  for (const Replacement& replacement : replacements_) exclude(replacement.replaced);
+  for (const Replacement& replacement : replacements()) exclude(replacement.replaced);
   if (entry_->repetition) {
     if (!budget.take(static_cast<std::int64_t>(entry_->repetition->exceptions.size()))) return false;
     for (const ICalTime& time : entry_->repetition->exceptions) {
@@ -181,7 +188,8 @@ ICalSeries::Reach ICalSeries::longestReach() const {
       if (date.length) extend(date.start, *date.length, 0);
     }
   }
-  for (const auto& [entry, replaced] : futures_) {
+  if (!replacements_) return reach;
+  for (const auto& [entry, replaced] : replacements_->futures) {
     // It may be on another clock than what it replaces.
     const std::int64_t moved = entry->start.wall - replaced.wall;
     reach.extend(wallLength(entry->start, entry->length), moved, slackOf(entry->start, entry->length) + kClocksApart);
@@ -232,10 +240,12 @@ bool ICalSeries::startOccurs() const {
 
 /// The last THISANDFUTURE replacement at or before an occurrence.
 const ICalSeries::Replacement* ICalSeries::futureReplacementFor(const ICalTime& start) const {
+  if (!replacements_) return nullptr;
+  const std::vector<Replacement>& futures = replacements_->futures;
   const auto later =
-      std::upper_bound(futures_.begin(), futures_.end(), start.wall,
+      std::upper_bound(futures.begin(), futures.end(), start.wall,
                        [](WallTime wall, const Replacement& replacement) { return wall < replacement.replaced.wall; });
-  return later == futures_.begin() ? nullptr : &*std::prev(later);
+  return later == futures.begin() ? nullptr : &*std::prev(later);
 }
 
 ICalSeries::Extent ICalSeries::extent() const {
@@ -244,17 +254,18 @@ ICalSeries::Extent ICalSeries::extent() const {
     first = std::min(first, wall - reach.after - kClocksApart);
     last = std::max(last, wall + reach.before + kClocksApart);
   };
-  for (const auto& [entry, replaced] : replacements_) {
+  for (const auto& [entry, replaced] : replacements()) {
     Reach reach;
     reach.extend(wallLength(entry->start, entry->length), 0, slackOf(entry->start, entry->length));
     cover(entry->start.wall, reach);
   }
   if (entry_ == nullptr) return {first, last};
-  cover(entry_->start.wall, reach_);
+  const Reach reach = longestReach();
+  cover(entry_->start.wall, reach);
   if (entry_->repetition) {
-    for (const ICalRepetition::Date& date : entry_->repetition->dates) cover(date.start.wall, reach_);
+    for (const ICalRepetition::Date& date : entry_->repetition->dates) cover(date.start.wall, reach);
     for (const ICalRecurrence& rule : entry_->repetition->rules) {
-      cover(std::clamp(rule.last().value_or(kForever), -kForever, kForever), reach_);
+      cover(std::clamp(rule.last().value_or(kForever), -kForever, kForever), reach);
     }
   }
   return {first, last};

@@ -3,6 +3,7 @@
 #include "devices/shared/ICalEntry.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -38,12 +39,16 @@ class ICalSeries {
   };
   Extent extent() const;
 
-  const ICalEntry& anyEntry() const { return entry_ != nullptr ? *entry_ : *replacements_.front().entry; }
+  const ICalEntry& anyEntry() const { return entry_ != nullptr ? *entry_ : *replacements_->all.front().entry; }
 
  private:
   struct Replacement {
     ICalEntry* entry;
     ICalTime replaced;  ///< Like the start of the series: a date, or a time in its zone.
+  };
+  struct Replacements {
+    std::vector<Replacement> all;      ///< In the order of what they replace. Never empty.
+    std::vector<Replacement> futures;  ///< Those of them that replace all later occurrences as well.
   };
   struct Candidate;
 
@@ -53,7 +58,10 @@ class ICalSeries {
     std::int64_t before = 0, after = 0;
     void extend(std::int64_t length, std::int64_t moved, std::int64_t slack);
   };
+  /// How far before a span, and after it, the rules may give the start of an occurrence that overlaps the span.
   Reach longestReach() const;
+  /// None for most.
+  std::span<const Replacement> replacements() const;
   bool expandRepetition(std::int64_t from, std::int64_t to, const TimeZone& local, WorkBudget& budget,
                         std::vector<ICalOccurrence>& occurrences) const;
   bool collectCandidates(WallTime from, WallTime to, const TimeZone& local, WorkBudget& budget,
@@ -61,11 +69,9 @@ class ICalSeries {
   const Replacement* futureReplacementFor(const ICalTime& start) const;
   bool startOccurs() const;
 
-  ICalEntry* entry_ = nullptr;             ///< Null when only occurrences of it are known.
-  std::vector<Replacement> replacements_;  ///< In the order of what they replace.
-  std::vector<Replacement> futures_;       ///< Those of them that replace all later occurrences as well.
-  /// How far before a span, and after it, the rules may give the start of an occurrence that overlaps the span.
-  Reach reach_;
+  // No more than this: a calendar may have 100,000 series, and few of them are more than one event.
+  ICalEntry* entry_ = nullptr;  ///< Null when only occurrences of it are known.
+  std::unique_ptr<Replacements> replacements_;
 };
 
 }  // namespace hushmode::devices

@@ -1,5 +1,7 @@
 #include "devices/linux/calendars/LinuxCalendars.h"
 
+#include "devices/linux/calendars/FreedMemory.h"
+
 #include <glibmm/main.h>
 #include <string>
 #include <utility>
@@ -13,11 +15,20 @@ LinuxCalendars::LinuxCalendars(platform::NotificationCenter& notifications, Even
   calendars_.setChangeHandler([this](const platform::Dictionary&) { changed(); });
 }
 
-LinuxCalendars::~LinuxCalendars() { posting_.disconnect(); }
+LinuxCalendars::~LinuxCalendars() {
+  posting_.disconnect();
+  tidying_.disconnect();
+}
+
+void LinuxCalendars::add(std::unique_ptr<CalendarSource> source) {
+  calendars_.add(std::move(source));
+  tidySoon();
+}
 
 void LinuxCalendars::changed() {
   const auto& stores = stores_.sourceChanged();
   pending_.insert(pending_.end(), stores.begin(), stores.end());
+  tidySoon();
   if (posting_.connected() || pending_.empty()) return;
   posting_ = Glib::signal_idle().connect(
       [this] {
@@ -35,6 +46,17 @@ void LinuxCalendars::postPending() {
       notifications.post({std::string(EKEventStore::changedNotification), sender, {}});
     }
   }
+}
+
+/// Once everything else is done that the change has set off.
+void LinuxCalendars::tidySoon() {
+  if (tidying_.connected()) return;
+  tidying_ = Glib::signal_idle().connect(
+      [] {
+        giveBackFreedMemory();
+        return false;
+      },
+      Glib::PRIORITY_LOW);
 }
 
 }  // namespace hushmode::devices

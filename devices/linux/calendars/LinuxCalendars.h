@@ -24,19 +24,20 @@ class LinuxCalendars final : public platform::EventKit {
   LinuxCalendars& operator=(const LinuxCalendars&) = delete;
 
   /// Counts as a change. Calendar identifiers must differ between the sources.
-  void add(std::unique_ptr<CalendarSource> source) { calendars_.add(std::move(source)); }
+  void add(std::unique_ptr<CalendarSource> source);
 
   std::shared_ptr<platform::EKEventStore> makeEventStore() override { return stores_.make(); }
 
  private:
   void changed();
   void postPending();
+  void tidySoon();
 
   platform::NotificationCenter& notifications_;
   JoinedCalendars calendars_;
   EventStores stores_;
   std::vector<std::weak_ptr<platform::EKEventStore>> pending_;  ///< One for each notice that is due.
-  sigc::connection posting_;
+  sigc::connection posting_, tidying_;
 };
 
 }  // namespace hushmode::devices
