@@ -3,11 +3,13 @@ import pathlib
 
 from phone import Phone
 
+# What there is, the megabytes wanted, profiles, files, events in each, whether there is a calendar service as well.
 LAYOUTS = [
-    ("no events, 1 profile", None, 1, 0, 0),
-    ("1,000 events in 1,000 files, 10 profiles", 25, 10, 1000, 1),
-    ("100,000 events in one file, 10 profiles", 60, 10, 1, 100_000),
-    ("100,000 events in 10,000 files, 10 profiles", 60, 10, 10_000, 10),
+    ("no events, 1 profile", None, 1, 0, 0, False),
+    ("1,000 events in 1,000 files, 10 profiles", 25, 10, 1000, 1, False),
+    ("the same beside Evolution Data Server", 25, 10, 1000, 1, True),
+    ("100,000 events in one file, 10 profiles", 60, 10, 1, 100_000, False),
+    ("100,000 events in 10,000 files, 10 profiles", 60, 10, 10_000, 10, False),
 ]
 
 
@@ -20,8 +22,8 @@ def kilobytes(path, name):
 
 def measure(program):
     rows = []
-    for what, wanted, profiles, files, events_each in LAYOUTS:
-        with Phone(program) as phone:
+    for what, wanted, profiles, files, events_each, calendar_service in LAYOUTS:
+        with Phone(program, calendar_service=calendar_service) as phone:
             phone.add_profiles(profiles)
             phone.add_events(files, events_each)
             phone.start()

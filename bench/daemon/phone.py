@@ -5,7 +5,6 @@ import pathlib
 import plistlib
 import signal
 import statistics
-import subprocess
 import sys
 import time
 import zoneinfo
@@ -19,7 +18,14 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "services"))
 import run_with  # noqa: E402
 
+class BareSession(run_with.Session):
+    """Nothing is started by the bus itself: a phone on which Evolution Data Server is not installed."""
+
+    ACTIVATION = ""
+
+
 SERVICES = ("pulse", "feedbackd", "networkmanager", "logind", "standin_desktop", "xvfb", "notificationdaemon")
+DCONF = "/usr/libexec/dconf-service"
 NAME = "com.quorvel.Hushmode"
 INTERFACE = "com.quorvel.Hushmode1"
 PROFILES = "com.quorvel.hushmode.profiles.plist"
@@ -79,17 +85,22 @@ def profile(number, calendars=("folder:Work",)):
 class Phone:
     """Profiles and calendars are laid out before the daemon is started."""
 
-    def __init__(self, program, services=SERVICES):
+    def __init__(self, program, services=SERVICES, calendar_service=True):
         modules = [__import__(name) for name in services]
         missing = run_with.missing_packages(modules)
+        if not os.path.exists(DCONF):
+            missing[DCONF] = "dconf-service"
         if missing:
             sys.exit(f"not installed: {missing}")
         self.program = program
-        self.session = run_with.Session()
+        self.session = (run_with.Session if calendar_service else BareSession)()
         self.session.environment["TZ"] = early_zone()
+        self.session.environment["GSETTINGS_BACKEND"] = "dconf"  # As on a phone: another process writes the settings.
         self.daemon = None
         self.bus = None
         try:
+            self.session.spawn([DCONF])
+            self.session.wait_for_name("ca.desrt.dconf")
             for module in modules:
                 module.start(self.session)
             self.connect()
@@ -209,11 +220,3 @@ def milliseconds(values):
     values = sorted(1000 * value for value in values)
     return (f"median {statistics.median(values):.2f} ms, p95 {values[int(len(values) * 0.95)]:.2f} ms, "
             f"{values[0]:.2f} to {values[-1]:.2f} ms")
-
-
-def sink_name(line):
-    return line.split()[1]
-
-
-def output(arguments, environment):
-    return subprocess.run(arguments, env=environment, check=True, capture_output=True, text=True).stdout

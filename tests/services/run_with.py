@@ -39,6 +39,9 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 class Session:
     """Private folders and buses, and the processes started among them."""
 
+    # What the session bus may start by itself: whatever is installed.
+    ACTIVATION = "<standard_session_servicedirs/>"
+
     def __init__(self):
         # Short: a socket's path may have 107 characters.
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
@@ -65,7 +68,7 @@ class Session:
         """Starts a private bus; "system" ones activate nothing."""
         socket = self.folder / f"{kind}-bus"
         configuration = self.folder / f"{kind}.conf"
-        services = "<standard_session_servicedirs/>" if kind == "session" else ""
+        services = self.ACTIVATION if kind == "session" else ""
         configuration.write_text(BUS_CONFIGURATION.format(kind=kind, socket=socket, services=services))
         self.environment[f"DBUS_{kind.upper()}_BUS_ADDRESS"] = f"unix:path={socket}"
         process = self.spawn(["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile"])
