@@ -14,6 +14,8 @@ constexpr milliseconds kFirstRetry(250), kLastRetry(300'000);
 /// Changes of one edit come one by one.
 constexpr milliseconds kCoalescing(20);
 constexpr milliseconds kSettling(300);
+/// For a view that never says that it is complete.
+constexpr milliseconds kCompletionLimit(5'000);
 /// To read everything is then quicker than one by one.
 constexpr std::size_t kMostReadSingly = 50;
 constexpr const char* kEverything = "#t";
@@ -128,16 +130,30 @@ void EvolutionCalendar::viewMade(GAsyncResult* result) {
       if (uid != nullptr) noteChanged(uid);
     }
   }));
+  viewCompleted_ = std::make_unique<SignalHandler<GError*>>(view, "complete", [this](GError*) { viewComplete(); });
   const GObjectPointer<GTask> task(
       g_task_new(view, cancellable_.get(), runResultHandler, resultFor(&EvolutionCalendar::viewStarted)));
   g_task_run_in_thread(task.get(), startView);
 }
 
-/// Only now is everything read: what changes from here on is told.
 void EvolutionCalendar::viewStarted(GAsyncResult* result) {
   CallError error;
   if (g_task_propagate_boolean(G_TASK(result), error.place()) == FALSE) return fail(error.text());
-  readAll();
+  if (wasRead_ || reading_) return;
+  completing_ = Glib::signal_timeout().connect(
+      [this] {
+        completing_ = {};
+        viewComplete();
+        return false;
+      },
+      static_cast<unsigned>(kCompletionLimit.count()));
+}
+
+/// Only now is everything read: what is added while the view looks for its first objects is told to nobody, what
+/// changes from here on is.
+void EvolutionCalendar::viewComplete() {
+  completing_.disconnect();
+  if (!wasRead_ && !reading_) readAll();
 }
 
 void EvolutionCalendar::noteChanged(const std::string& uid) {
@@ -256,6 +272,8 @@ void EvolutionCalendar::disconnect() {
   readingSoon_.disconnect();
   writableSoon_.disconnect();
   if (cancellable_) g_cancellable_cancel(cancellable_.get());  // Results may come meanwhile, of a former attempt.
+  completing_.disconnect();
+  viewCompleted_.reset();
   viewSignals_.clear();
   readOnlyChanged_.reset();
   backendDied_.reset();

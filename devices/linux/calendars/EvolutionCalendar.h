@@ -61,6 +61,7 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
   void connected(GAsyncResult* result);
   void viewMade(GAsyncResult* result);
   void viewStarted(GAsyncResult* result);
+  void viewComplete();
   void noteChanged(const std::string& uid);
   void readSoon();
   void readChanged();
@@ -91,6 +92,7 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
   GObjectPointer<ECalClientView> view_;
   std::unique_ptr<SignalHandler<>> backendDied_;
   std::unique_ptr<SignalHandler<GParamSpec*>> readOnlyChanged_;
+  std::unique_ptr<SignalHandler<GError*>> viewCompleted_;
   std::vector<std::unique_ptr<SignalHandler<GSList*>>> viewSignals_;
 
   std::set<std::string> changed_;  ///< UIDs that are to be read again.
@@ -98,7 +100,7 @@ class EvolutionCalendar : public std::enable_shared_from_this<EvolutionCalendar>
   bool wasRead_ = false;         ///< By this connection.
   EvolutionTexts::Zones zones_;  ///< That the service has described.
 
-  sigc::connection limit_, retry_, readingSoon_, writableSoon_;
+  sigc::connection limit_, retry_, completing_, readingSoon_, writableSoon_;
   std::chrono::milliseconds delay_;
 };
 

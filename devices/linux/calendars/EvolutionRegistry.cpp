@@ -14,8 +14,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kFirstRetry(250), kLastRetry(300'000);
 
-/// Keeps the library's registry, of which there is one in a process, for good: while that ends it runs the main context,
-/// and with it whatever waits there, in the middle of what we do.
+/// Keeps the library's registry, of which there is one in a process, for good: while that ends it runs the main
+/// context, and with it whatever waits there, in the middle of what we do.
 void keepForGood(ESourceRegistry* registry) {
   static ESourceRegistry* kept = nullptr;
   if (kept == nullptr) kept = static_cast<ESourceRegistry*>(g_object_ref(registry));
@@ -57,17 +57,13 @@ void EvolutionRegistry::open() {
         return false;
       },
       static_cast<unsigned>(answerLimit_.count()));
-  g_dbus_connection_call(connection_->gobj(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                         "StartServiceByName", g_variant_new("(su)", kEvolutionRegistryName, 0U), G_VARIANT_TYPE("(u)"),
-                         G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(), runResultHandler,
-                         resultFor(&EvolutionRegistry::started));
-}
-
-void* EvolutionRegistry::resultFor(void (EvolutionRegistry::*step)(GAsyncResult*)) {
-  return resultHandler([this, exists = std::weak_ptr<bool>(exists_), attempt = cancellable_.get(), step](
-                           GObject*, GAsyncResult* result) {
-    if (!exists.expired() && cancellable_.get() == attempt) (this->*step)(result);
-  });
+  g_dbus_connection_call(
+      connection_->gobj(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "StartServiceByName", g_variant_new("(su)", kEvolutionRegistryName, 0U), G_VARIANT_TYPE("(u)"),
+      G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(), runResultHandler,
+      resultHandler([this, exists = std::weak_ptr<bool>(exists_), attempt = attempt_](GObject*, GAsyncResult* result) {
+        if (!exists.expired() && attempt_ == attempt) started(result);
+      }));
 }
 
 void EvolutionRegistry::started(GAsyncResult* result) {
@@ -82,8 +78,22 @@ void EvolutionRegistry::started(GAsyncResult* result) {
   // Not to be cancelled: whoever waits for it, the registry that comes of it is kept.
   e_source_registry_new(
       nullptr, runResultHandler,
-      resultHandler([next = std::shared_ptr<ResultHandler>(resultFor(&EvolutionRegistry::opened))](
-                        GObject* source, GAsyncResult* result) {
+      resultHandler([this, exists = std::weak_ptr<bool>(exists_), attempt = attempt_](GObject*, GAsyncResult* result) {
+        CallError error;
+        GObjectPointer<ESourceRegistry> registry(e_source_registry_new_finish(result, error.place()));
+        if (registry) keepForGood(registry.get());
+        if (exists.expired() || attempt_ != attempt) return;
+        if (registry) {
+          opened(std::move(registry));
+        } else {
+          failed(error.text());
+        }
+      }));
+}
+
+void EvolutionRegistry::opened(GObjectPointer<ESourceRegistry> registry) {
+  limit_.disconnect();
+  registry_ = std::move(registry);
   obstacle_.clear();
   delay_ = kFirstRetry;
   for (const char* signal : {"source-added", "source-removed", "source-enabled", "source-disabled", "source-changed"}) {
@@ -99,7 +109,7 @@ void EvolutionRegistry::close() {
   telling_.disconnect();
   signals_.clear();
   registry_.reset();
-  // Results may come while it is being cancelled: they belong to no attempt any more.
+  ++attempt_;
   const GObjectPointer<GCancellable> cancelled = std::move(cancellable_);
   if (cancelled) g_cancellable_cancel(cancelled.get());
 }

@@ -44,18 +44,16 @@ class EvolutionRegistry {
 
   void open();
   void started(GAsyncResult* result);
-  void opened(GAsyncResult* result);
+  void opened(GObjectPointer<ESourceRegistry> registry);
   void close();
   void failed(const std::string& reason, Retry retry = Retry::Soon);
   void changedSoon();
-
-  /// The last argument of a call whose result is for this object, unless it has gone or started over meanwhile.
-  void* resultFor(void (EvolutionRegistry::*step)(GAsyncResult*));
 
   const Glib::RefPtr<Gio::DBus::Connection> connection_;
   const std::chrono::milliseconds answerLimit_;
   std::function<void()> changed_;
   std::string obstacle_;
+  unsigned attempt_ = 0;  ///< Counts the attempts to open it, so that results of a former one are known.
   GObjectPointer<GCancellable> cancellable_;  ///< Of the attempt that is under way, or that led here.
   GObjectPointer<ESourceRegistry> registry_;
   std::vector<std::unique_ptr<SignalHandler<ESource*>>> signals_;

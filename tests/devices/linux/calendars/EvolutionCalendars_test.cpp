@@ -199,11 +199,13 @@ TEST_F(EvolutionCalendarsTest, StayAsTheyWereWhenTheRegistryDies) {
   user.create(uid, {event("a")});
   openAndRead();
   states.clear();
+  changes = 0;
   killProcessOf(EvolutionUser::registryName);
   runMainLoopUntil([&] { return !services.isAvailable(kEvolutionServiceName); });
   EXPECT_EQ(titles(), Texts{"a"});
   runMainLoopUntil([&] { return services.isAvailable(kEvolutionServiceName); });
   EXPECT_EQ(titles(), Texts{"a"});
+  EXPECT_EQ(changes, 0) << "nothing is different";
   user.create(uid, {event("b")});
   waitFor({"a", "b"});
   user.set(uid, "DisplayName", "Office");
