@@ -54,10 +54,11 @@ void CalendarContents::arrange() {
     for (ICalEntry& entry : text.content.entries) entries.push_back({&entry, &text});
   }
   std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-    return a.entry->uidHash != b.entry->uidHash ? a.entry->uidHash < b.entry->uidHash : a.entry->uid < b.entry->uid;
+    return a.entry->uidHash != b.entry->uidHash ? a.entry->uidHash < b.entry->uidHash
+                                                : a.entry->uid.view() < b.entry->uid.view();
   });
 
-  const auto sameUid = [](const Entry& a, const Entry& b) { return a.entry->uid == b.entry->uid; };
+  const auto sameUid = [](const Entry& a, const Entry& b) { return a.entry->uid.view() == b.entry->uid.view(); };
   std::size_t groups = entries.empty() ? 0 : 1;
   for (std::size_t index = 1; index < entries.size(); ++index) groups += !sameUid(entries[index - 1], entries[index]);
   members_.reserve(groups);
@@ -130,9 +131,9 @@ const ICalSeries* CalendarContents::find(std::string_view uid) const {
   const auto member =
       std::lower_bound(members_.begin(), members_.end(), hash, [&](const Member& candidate, std::size_t) {
         const ICalEntry& entry = candidate.series.anyEntry();
-        return entry.uidHash != hash ? entry.uidHash < hash : entry.uid < uid;
+        return entry.uidHash != hash ? entry.uidHash < hash : entry.uid.view() < uid;
       });
-  return member != members_.end() && member->series.anyEntry().uid == uid ? &member->series : nullptr;
+  return member != members_.end() && member->series.anyEntry().uid.view() == uid ? &member->series : nullptr;
 }
 
 void CalendarContents::forgetDetails() {

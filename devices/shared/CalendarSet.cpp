@@ -130,9 +130,9 @@ std::shared_ptr<const platform::EKEventDetails> CalendarSet::detailsOf(ICalEntry
   if (!entry.details) {
     const CalendarInfo& info = infos_[calendar];
     platform::EKEventDetails details;
-    details.title = entry.title;
-    details.UUID = details.uniqueId = entry.uid;
-    details.eventIdentifier = info.identifier + ":" + entry.uid;
+    if (entry.title) details.title = entry.title.view();
+    details.UUID = details.uniqueId = entry.uid.view();
+    details.eventIdentifier = info.identifier + ":" + std::string(entry.uid.view());
     details.status = entry.status;
     details.allDay = entry.allDay;
     details.calendar = info.calendar;

@@ -15,7 +15,7 @@ constexpr std::int64_t kLongestQueryInWeeks = 8 * kSecondsPerDay;
 
 void order(std::vector<CalendarWindows::Occurrence>& occurrences) {
   std::sort(occurrences.begin(), occurrences.end(), [](const auto& a, const auto& b) {
-    const auto key = [](const auto& o) { return std::tie(o.start, o.end, o.calendar, o.entry->uid); };
+    const auto key = [](const auto& o) { return std::tuple(o.start, o.end, o.calendar, o.entry->uid.view()); };
     return key(a) < key(b);
   });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "devices/shared/ICalRecurrence.h"
+#include "devices/shared/KeptText.h"
 #include "devices/shared/TimeZone.h"
 #include "platform/EventKit.h"
 
@@ -52,9 +53,9 @@ struct ICalReplaced {
 /// What a VEVENT says: a whole entry, or one that replaces occurrences of the entry with the same UID. Compact, since a
 /// calendar may have 100,000 of them.
 struct ICalEntry {
-  std::string uid;  ///< Never empty: the reader makes one up.
+  KeptText uid;  ///< Never empty: the reader makes one up.
   std::size_t uidHash = 0;
-  std::optional<std::string> title;
+  KeptText title;
   ICalTime start;
   ICalLength length;
   bool allDay = false;

@@ -96,7 +96,7 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
   ICalEntry entry;
   rules_.clear();
   for (ICalLineReader lines(event); lines.next();) {
-    if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = titleOf(lines.line());
+    if (!entry.title && equalsIgnoringCase(lines.name(), "SUMMARY")) entry.title = KeptText(titleOf(lines.line()));
     if (equalsIgnoringCase(lines.name(), "RRULE")) rules_.emplace_back(lines.line().substr(valueBegin(lines.line())));
     if (!isParsed(lines.name())) continue;
     appendLine(lines.line(), lines.name());
@@ -117,11 +117,11 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
     return;
   }
   if (const char* uid = icalcomponent_get_uid(component.get()); uid != nullptr && *uid != '\0') {
-    entry.uid = uid;
+    entry.uid = KeptText(uid);
   } else {
-    entry.uid = std::string(source_) + "#" + std::to_string(++anonymous);
+    entry.uid = KeptText(std::string(source_) + "#" + std::to_string(++anonymous));
   }
-  entry.uidHash = std::hash<std::string>()(entry.uid);
+  entry.uidHash = std::hash<std::string_view>()(entry.uid.view());
   entry.status = statusOf(component.get());
   entry.sequence = icalcomponent_get_sequence(component.get());
   readRecurrenceId(component.get(), entry);
