@@ -98,11 +98,9 @@ BusInterface::BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host:
                     const Glib::ustring& name) { value = property(name.raw()); }) {
   const auto node = Gio::DBus::NodeInfo::create_for_xml(interfaceXml);
   registration_ = connection_->register_object(objectPath, node->lookup_interface(interfaceName), table_);
-  host_.setOnChange([this] { refresh(); });
 }
 
 BusInterface::~BusInterface() {
-  host_.setOnChange({});
   ended_->cancel();
   idle_.disconnect();
   connection_->unregister_object(registration_);
@@ -238,7 +236,8 @@ void BusInterface::tellChanges() {
          argumentsOf(Glib::ustring(interfaceName), changed, std::vector<Glib::ustring>()));
   }
   auto profiles = busForms(host_.profiles());
-  if (!equal(Glib::Variant<bus::Dictionaries>::create(profiles), Glib::Variant<bus::Dictionaries>::create(profilesTold_))) {
+  if (!equal(Glib::Variant<bus::Dictionaries>::create(profiles),
+             Glib::Variant<bus::Dictionaries>::create(profilesTold_))) {
     profilesTold_ = std::move(profiles);
     emit(interfaceName, "ProfilesChanged", {});
   }

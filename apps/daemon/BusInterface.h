@@ -27,7 +27,7 @@ class BusInterface {
   /// Whoever owns the settings file sets the master switch in it; false when it could not be written.
   using SetEnabled = std::function<bool(bool enabled)>;
 
-  /// Host, services and connection must outlive the object. It listens to the host's changes.
+  /// Host, services and connection must outlive the object. Whoever listens to the host calls `refresh`.
   BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host::Host& host, const devices::Services& services,
                SetEnabled setEnabled);
   ~BusInterface();

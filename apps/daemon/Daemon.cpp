@@ -1,5 +1,6 @@
 #include "apps/daemon/Daemon.h"
 
+#include "calendar/HMEventManager.h"
 #include "devices/shared/PropertyListFile.h"
 
 #include <algorithm>
@@ -71,6 +72,12 @@ Daemon::~Daemon() {
   host_.reset();
   services_.setListener({});
   phone_.reset();
+  try {
+    // What was sent last, such as taking an open question back.
+    if (session_ && !session_->is_closed()) session_->flush_sync();
+  } catch (const Glib::Error&) {
+    // The bus went away meanwhile.
+  }
   if (lock_) ::close(*lock_);
 }
 
@@ -79,7 +86,7 @@ void Daemon::start() {
   makePrivate(folders_.state);
   makePrivate(options_.calendarFolder);
   takeLock();
-  makeFirstFiles();
+  makeFirstSettings();
   connect();
 
   services_.setListener([this](const std::string& name, const ServiceState& now, const ServiceState* before) {
@@ -117,7 +124,7 @@ void Daemon::takeLock() {
   if (descriptor < 0) throw std::runtime_error(path.string() + " cannot be opened: " + std::strerror(errno));
   if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
     ::close(descriptor);
-    throw std::runtime_error("another hushmoded runs for this user (it holds " + path.string() + ")");
+    throw AlreadyRunning("another hushmoded runs for this user (it holds " + path.string() + ")");
   }
   lock_ = descriptor;
 }
@@ -135,22 +142,35 @@ void Daemon::connect() {
 }
 
 /// Somebody who has just installed Hush Mode wants it to work: on, with one profile that is quiet in every meeting.
-void Daemon::makeFirstFiles() {
+void Daemon::makeFirstSettings() {
   const auto settings = folders_.config / "com.quorvel.hushmode.plist";
   if (!std::filesystem::exists(settings)) setEnabled(true);
+}
+
+/// Once there are calendars: a profile is given those that there are when it is made, and keeps them.
+void Daemon::makeFirstProfile() {
+  if (!host_->isRunning() || phone_->foundation().files().fileExists(HMProfilesManager::profilesPath)) return;
+  const auto calendars = HMEventManager::sharedManager()->calendars();
+  const bool any = std::any_of(calendars.begin(), calendars.end(),
+                               [](const auto& each) { return each->allowsContentModifications(); });
+  if (!any) return;
+  HMProfilesManager::createAndSaveDefaultProfile();
+  sink_(Priority::Notice, "made a first profile, which is quiet in every event of the calendars that there are");
+  host_->profilesFileChanged();
 }
 
 void Daemon::startHost() {
   if (started_ || stopping_) return;
   started_ = true;
   startLimit_.disconnect();
-  host_->setOnStart([](HMProfilesManager& manager) {
-    HMProfilesManager::createAndSaveDefaultProfile();
-    if (manager.profiles().empty()) manager.loadProfiles();
-  });
   host_->start();
+  makeFirstProfile();
   interface_ =
       std::make_unique<BusInterface>(session_, *host_, services_, [this](bool enabled) { return setEnabled(enabled); });
+  host_->setOnChange([this] {
+    makeFirstProfile();
+    if (interface_) interface_->refresh();
+  });
   host_->setOnSwitch([this](const host::Switch& each) {
     tell(each);
     interface_->tellSwitch(each);

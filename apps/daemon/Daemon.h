@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <sigc++/connection.h>
+#include <stdexcept>
 #include <string>
 
 namespace hushmode::daemon {
@@ -21,6 +22,12 @@ struct Options {
   std::filesystem::path calendarFolder;  ///< Of iCalendar files.
   std::filesystem::path dataFolder;      ///< What was installed.
   bool verbose = false;                  ///< The library's own lines, with the titles of events, too.
+};
+
+/// Another daemon runs for this user.
+class AlreadyRunning : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 /// Hush Mode as a program: the host on a Linux phone, and the session bus in front of it.
@@ -33,8 +40,8 @@ class Daemon {
   Daemon(const Options& options, devices::LogSink sink, std::function<void(int code)> quit);
   ~Daemon();
 
-  /// Connects and begins. Throws std::runtime_error, with a line for people, when there is no session bus or another
-  /// daemon runs.
+  /// Connects and begins. Throws, with a line for people, AlreadyRunning, and std::runtime_error when there is no
+  /// session bus or a folder cannot be made.
   void start();
   /// Reverts what is applied, waits until the phone's services have what they were sent, and quits with `code`.
   void stop(int code);
@@ -46,7 +53,8 @@ class Daemon {
   void takeLock();
   void connect();
   void startHost();
-  void makeFirstFiles();
+  void makeFirstSettings();
+  void makeFirstProfile();
   void ownName();
   void nameLost();
   void watchFiles();

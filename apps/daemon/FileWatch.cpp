@@ -13,8 +13,7 @@ constexpr unsigned togetherMilliseconds = 20;
 FileWatch::FileWatch(const std::filesystem::path& file, std::function<void()> changed)
     : name_(file.filename()), changed_(std::move(changed)) {
   // The folder and not the file: what replaces a file is another one.
-  monitor_ =
-      Gio::File::create_for_path(file.parent_path())->monitor_directory({}, Gio::FileMonitorFlags::WATCH_MOVES);
+  monitor_ = Gio::File::create_for_path(file.parent_path())->monitor_directory({}, Gio::FileMonitorFlags::WATCH_MOVES);
   events_ = monitor_->signal_changed().connect([this](const Glib::RefPtr<Gio::File>& one,
                                                       const Glib::RefPtr<Gio::File>& other, Gio::FileMonitor::Event) {
     const auto concerns = [&](const Glib::RefPtr<Gio::File>& each) { return each && each->get_basename() == name_; };

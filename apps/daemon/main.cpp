@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int wrongUse = 2, notStarted = 1;
+constexpr int wrongUse = 2, notStarted = 1, alreadyRunning = 3;  // The last is no reason to try again.
 
 struct Signals {
   hushmode::daemon::Daemon* daemon;
@@ -80,6 +80,9 @@ int main(int argc, char** argv) {
     loop->run();
     g_source_remove(terminated);
     g_source_remove(interrupted);
+  } catch (const hushmode::daemon::AlreadyRunning& other) {
+    sink(Priority::Notice, other.what());
+    return alreadyRunning;
   } catch (const std::exception& problem) {
     sink(Priority::Error, std::string("cannot start: ") + problem.what());
     return notStarted;

@@ -14,6 +14,7 @@ class FullHost final : public HostDriver {
 
   void start() override;
   void kill() override { host_.kill(); }
+  void stop() override { host_.stop(); }
   bool isRunning() const override { return host_.isRunning(); }
   void setOnStart(std::function<void(HMProfilesManager&)> onStart) override { host_.setOnStart(std::move(onStart)); }
   void plan(bool reload) override { host_.plan(reload); }

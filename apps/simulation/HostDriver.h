@@ -20,6 +20,8 @@ class HostDriver {
   virtual void start() = 0;
   /// The process dies: nothing is reverted or saved.
   virtual void kill() = 0;
+  /// The process is asked to end: the real host puts everything back before, the least one dies.
+  virtual void stop() = 0;
   virtual bool isRunning() const = 0;
   /// Called after each start of a process, with its manager. To be set before the first start.
   virtual void setOnStart(std::function<void(HMProfilesManager&)> onStart) = 0;

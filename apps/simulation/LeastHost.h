@@ -22,6 +22,7 @@ class LeastHost final : public HostDriver {
 
   void start() override;
   void kill() override;
+  void stop() override { kill(); }
   bool isRunning() const override { return process_ != nullptr; }
   void setOnStart(std::function<void(HMProfilesManager&)> onStart) override { onStart_ = std::move(onStart); }
   void plan(bool reload) override;

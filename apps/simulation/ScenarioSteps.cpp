@@ -71,6 +71,11 @@ Perform start(const JsonReader& json, const Scenario&) {
   return [](Simulation& s) { s.start(); };
 }
 
+Perform stop(const JsonReader& json, const Scenario&) {
+  json.requireKeys({"at", "do"});
+  return [](Simulation& s) { s.stop(); };
+}
+
 // --- Profiles ---
 
 Perform editProfile(const JsonReader& json, const Scenario&) {
@@ -228,6 +233,7 @@ constexpr std::array kinds{
     Kind{"masterSwitch", masterSwitch},
     Kind{"kill", kill},
     Kind{"start", start},
+    Kind{"stop", stop},
     Kind{"editProfile", editProfile},
     Kind{"addProfile", addProfile},
     Kind{"deleteProfile", deleteProfile},

@@ -145,6 +145,13 @@ void Simulation::kill() {
   host_->kill();
 }
 
+void Simulation::stop() {
+  switches_->unwatch();
+  host_->stop();
+  switches_->setCause("Hush Mode stopped");
+  switches_->stopped();
+}
+
 void Simulation::start() { host_->start(); }
 
 void Simulation::setEnabled(bool enabled) {

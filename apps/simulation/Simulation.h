@@ -56,6 +56,8 @@ class Simulation {
   /// The host process dies and starts again.
   void kill();
   void start();
+  /// The host process is asked to end.
+  void stop();
   /// Sets the master switch in the settings file, and tells the host.
   void setEnabled(bool enabled);
   /// The host changes the first profile of that title through the store: sets these keys of its dictionary. Complains

@@ -259,7 +259,7 @@ class Lives(DaemonTest):
         first = self.start()
         second = Daemon(self.program, wait=False)
         wait_until(lambda: second.process.poll() is not None, "the end of the second")
-        self.assertNotEqual(second.process.returncode, 0)
+        self.assertEqual(second.process.returncode, 3)
         self.assertIn("another hushmoded", second.log())
         self.assertEqual(first.get("Version"), 1)
 
