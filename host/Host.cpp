@@ -206,16 +206,18 @@ void Host::clockChanged() {
 }
 
 void Host::settingsChanged() {
-  perform([this] {
-    const bool on = HMProfilesManager::isHushmodeEnabled();
-    if (on == enabled_) return;
-    enabled_ = on;
-    if (on) {
-      planNow(true);
-    } else {
-      switchOff();
-    }
-  });
+  perform([this] { followMasterSwitch(); });
+}
+
+void Host::followMasterSwitch() {
+  const bool on = HMProfilesManager::isHushmodeEnabled();
+  if (on == enabled_) return;
+  enabled_ = on;
+  if (on) {
+    planNow(true);
+  } else {
+    switchOff();
+  }
 }
 
 void Host::switchOff() {

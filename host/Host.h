@@ -50,6 +50,9 @@ struct PlannedWakeUp {
   std::optional<std::int64_t> profile;  ///< Whose event or window; none for the host's own look.
 };
 
+/// What is wrong with a time of the profile's window, or none: a profile with such a time cannot be planned.
+std::optional<std::string> unreadableTime(const HMProfile& profile);
+
 /// What the home screen's process does with the library: it hands it every trigger, keeps it to what the phone's user
 /// expects, and sees to it that a phone is never left silent.
 ///
@@ -170,6 +173,7 @@ class Host {
   void turnOff(const Profile& profile);
   void armLook();
   void look();
+  void followMasterSwitch();
   void networkSettled();
   void switchOff();
 

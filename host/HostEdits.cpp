@@ -38,6 +38,12 @@ void requireFreeTitle(const HMProfile& profile) {
   }
 }
 
+void requireReadableTimes(const HMProfile& profile) {
+  if (const auto fault = unreadableTime(profile)) {
+    throw EditError(EditError::Kind::InvalidArgument, *fault + "; write times as \"8:00 AM\"");
+  }
+}
+
 auto placeOf(std::int64_t identifier) {
   auto& profiles = manager()->profiles();
   const auto place = std::find_if(profiles.begin(), profiles.end(),
@@ -78,7 +84,7 @@ std::int64_t Host::addProfile(const Dictionary& profile) {
     };
     while (taken()) added->setIdentifier(added->identifier() + 1);
     requireFreeTitle(*added);
-    if (!isWindowReadable(added)) throw EditError(EditError::Kind::InvalidArgument, "write times as \"8:00 AM\"");
+    requireReadableTimes(*added);
     std::optional<std::string> refusal;
     manager()->addProfile(added, nullptr, keeping(refusal));
     if (refusal) {
@@ -100,7 +106,7 @@ void Host::updateProfile(std::int64_t identifier, const Dictionary& changes) {
     edited.set("applied", current->isApplied());
     Profile next = HMProfile::initWithDictionary(edited);
     requireFreeTitle(*next);
-    if (!isWindowReadable(next)) throw EditError(EditError::Kind::InvalidArgument, "write times as \"8:00 AM\"");
+    requireReadableTimes(*next);
 
     restore_->releaseHand();
     const Day day = dayOf(next);

@@ -30,18 +30,24 @@ constexpr double leastSecondsOn = 2.0;
 
 }  // namespace
 
-bool Host::isWindowReadable(const Profile& profile) {
-  if (profile->isAllDay()) return true;
+std::optional<std::string> unreadableTime(const HMProfile& profile) {
+  if (profile.isAllDay()) return std::nullopt;
   try {
-    for (const auto& time : {profile->startTime(), profile->endTime()}) {
+    for (const auto& time : {profile.startTime(), profile.endTime()}) {
       if (time) splitTimeOfDay(*time);
     }
-    return true;
   } catch (const std::out_of_range& fault) {
-    sayOnce(quotedTitle(*profile) + ": " + fault.what() +
-            ". It rests until that is mended; write times as \"8:00 AM\".");
-    return false;
+    return fault.what();
   }
+  return std::nullopt;
+}
+
+bool Host::isWindowReadable(const Profile& profile) {
+  const auto fault = unreadableTime(*profile);
+  if (fault) {
+    sayOnce(quotedTitle(*profile) + ": " + *fault + ". It rests until that is mended; write times as \"8:00 AM\".");
+  }
+  return !fault;
 }
 
 void Host::planOne(const Profile& profile, bool shouldProceedAnyCase) {
@@ -76,10 +82,15 @@ void Host::reloadNow() {
       listed.insert(HMProfile::initWithDictionary(*profile)->identifier());
     }
   }
-  // One that another program has deleted cannot be reverted once it is out of the list.
+  // One that another program has deleted cannot be reverted once it is out of the list. Reverting it writes the list,
+  // and with it the deleted one: what the other program wrote is written again.
+  bool reverted = false;
   for (const Profile& each : appliedProfiles()) {
-    if (!listed.contains(each->identifier())) each->revert(true);
+    if (listed.contains(each->identifier())) continue;
+    each->revert(true);
+    reverted = true;
   }
+  if (reverted && content) files.writeArrayToFileAtomically(*content, HMProfilesManager::profilesPath);
   if (!content) return manager()->setProfiles({});
   manager()->loadProfiles();
 }
@@ -205,6 +216,7 @@ void Host::armLook() {
 
 void Host::look() {
   planned_ = true;
+  followMasterSwitch();  // Whoever set it may not have told yet.
   // The windows are kept per profile object, for the day on which they were first asked for.
   if (loadedDay_ != hm_beginningOfDay(now())) planNow(true);
 }

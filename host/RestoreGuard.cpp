@@ -164,7 +164,8 @@ void RestoreGuard::end(const std::vector<Profile>& applied) {
     }
     assertUnion(applied);
     // From now on it is on by the user's hand, should this process not live to see that.
-    if (applied.empty() && !differ(ledger_.found.doNotDisturb, readPhoneState().doNotDisturb)) {
+    const auto doNotDisturb = readPhoneState().doNotDisturb;
+    if (applied.empty() && doNotDisturb && doNotDisturb == ledger_.found.doNotDisturb) {
       ledger_.doNotDisturbSet = false;
     }
     save();

@@ -82,6 +82,13 @@ void SwitchWatch::look() {
   rest();
 }
 
+void SwitchWatch::stopped() {
+  manager_ = nullptr;
+  for (const auto& [identifier, applied] : applied_) note(applied, identifier, false, cause_);
+  applied_.clear();
+  rest();
+}
+
 void SwitchWatch::note(const Applied& applied, std::int64_t identifier, bool on, std::string reason) {
   Switch seen{phone_.now(), applied.profile, identifier, on, std::move(reason), last_, last_, false};
   // What a later switch changes is not the earlier one's doing; of one instant only the last can tell.

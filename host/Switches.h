@@ -41,6 +41,9 @@ class SwitchWatch {
   /// The process died; what was applied stays known.
   void unwatch() { manager_ = nullptr; }
 
+  /// The process has reverted everything and ended, for the cause that is set.
+  void stopped();
+
   /// To be called after every piece of work and every step.
   void look();
   /// Why the profile is applied, and since when it has been known to be; null when it is not.
