@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <regex>
+#include <string_view>
 
 namespace hushmode::host {
 
@@ -24,9 +24,18 @@ bool isTooLong(const std::string& text) { return text.size() > longestText; }
 
 const std::string lengthLimit = "at most " + std::to_string(longestText) + " bytes of text";
 
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// "8:00 AM": an hour from 1 to 12 of one or two digits, minutes of two, and AM or PM in any letter case.
 bool isTime(const std::string& text) {
-  static const std::regex form("(0?[1-9]|1[0-2]):[0-5][0-9] [AaPp][Mm]");
-  return !isTooLong(text) && std::regex_match(text, form);
+  const std::size_t colon = text.find(':');
+  if (colon < 1 || colon > 2 || text.size() != colon + 6) return false;
+  const std::string_view hours(text.data(), colon), rest(text.data() + colon + 1, 5);
+  if (!std::all_of(hours.begin(), hours.end(), isDigit) || !isDigit(rest[0]) || !isDigit(rest[1])) return false;
+  const int hour = colon == 1 ? hours[0] - '0' : (hours[0] - '0') * 10 + (hours[1] - '0');
+  const auto isEither = [](char c, char lower) { return c == lower || c == lower - 'a' + 'A'; };
+  return hour >= 1 && hour <= 12 && rest[0] <= '5' && rest[2] == ' ' &&
+         (isEither(rest[3], 'a') || isEither(rest[3], 'p')) && isEither(rest[4], 'm');
 }
 
 void checkTexts(std::string_view key, const Value& value) {

@@ -1,5 +1,6 @@
 #include "apps/cli/ProfileWords.h"
 
+#include "apps/cli/Scanner.h"
 #include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
 #include "util/Numbers.h"
@@ -8,7 +9,6 @@
 #include <cmath>
 #include <ctime>
 #include <langinfo.h>
-#include <regex>
 #include <sstream>
 
 namespace hushmode::cli {
@@ -35,17 +35,28 @@ bool parseFlag(const Setting& setting, const std::string& text) {
   throw InputError(tr("--{0} {1}: expected on or off", setting.word, text));
 }
 
-double parseVolume(const Setting& setting, const std::string& text) {
-  static const std::regex form(R"(\s*(\d{1,3}(?:\.\d{1,9})?|\.\d{1,9})\s*(%?)\s*)");
-  std::smatch parts;
-  if (text.size() <= 30 && std::regex_match(text, parts, form)) {
-    std::istringstream stream(parts[1]);
-    stream.imbue(std::locale::classic());
-    double volume = -1;
-    stream >> volume;
-    if (parts[2].length() > 0) volume /= 100;
-    if (volume >= 0 && volume <= 1) return volume;
+/// "5%", "0.05", ".5": none for anything else.
+std::optional<double> volumeOf(const std::string& text) {
+  Scanner scanner(text);
+  scanner.skipBlanks();
+  const auto whole = scanner.number(1, 3);
+  double volume = whole.value_or(0);
+  if (scanner.take(".")) {
+    const auto before = scanner.rest().size();
+    const auto fraction = scanner.number(1, 9);
+    if (!fraction) return std::nullopt;
+    volume += *fraction / std::pow(10.0, static_cast<double>(before - scanner.rest().size()));
+  } else if (!whole) {
+    return std::nullopt;
   }
+  scanner.skipBlanks();
+  if (scanner.take("%")) volume /= 100;
+  scanner.skipBlanks();
+  return scanner.isAtEnd() && volume <= 1 ? std::optional(volume) : std::nullopt;
+}
+
+double parseVolume(const Setting& setting, const std::string& text) {
+  if (const auto volume = volumeOf(text)) return *volume;
   throw InputError(tr("--{0} {1}: expected a volume, such as 5% or 0.05", setting.word, text));
 }
 
@@ -124,30 +135,39 @@ std::string settingText(const Setting& setting, const Dictionary& profile) {
 }
 
 std::optional<std::string> fileTimeOf(const std::string& text) {
-  static const std::regex form(R"((\d{1,2})(?:[:.](\d{2}))?\s*([AaPp][Mm])?)");
-  std::smatch parts;
-  if (text.size() > 20 || !std::regex_match(text, parts, form)) return std::nullopt;
-  int hour = std::stoi(parts[1]);
-  const int minute = parts[2].matched ? std::stoi(parts[2]) : 0;
-  if (minute > 59) return std::nullopt;
-  bool afternoon = hour >= 12;
-  if (parts[3].matched) {
-    if (hour < 1 || hour > 12) return std::nullopt;
-    afternoon = std::tolower(static_cast<unsigned char>(*parts[3].first)) == 'p';
+  Scanner scanner(text);
+  auto hour = scanner.number(1, 2);
+  if (!hour) return std::nullopt;
+  const bool withMinutes = scanner.take(":") || scanner.take(".");
+  const auto minute = withMinutes ? scanner.number(2, 2) : std::optional(0);
+  if (!minute || *minute > 59) return std::nullopt;
+  scanner.skipBlanks();
+  const auto isPeriod = [&](const char* lower, const char* upper) {
+    return (scanner.take(lower) || scanner.take(upper)) && (scanner.take("m") || scanner.take("M"));
+  };
+  bool afternoon = *hour >= 12;
+  if (scanner.isAtEnd()) {
+    // A number alone may be anything.
+    if (!withMinutes || *hour > 23) return std::nullopt;
+    hour = *hour % 12 == 0 ? 12 : *hour % 12;
   } else {
-    if (!parts[2].matched || hour > 23) return std::nullopt;
-    hour = hour % 12 == 0 ? 12 : hour % 12;
+    if (*hour < 1 || *hour > 12) return std::nullopt;
+    afternoon = isPeriod("p", "P");
+    if (!afternoon && !isPeriod("a", "A")) return std::nullopt;
+    if (!scanner.isAtEnd()) return std::nullopt;
   }
-  return fmt::format("{}:{:02} {}", hour, minute, afternoon ? "PM" : "AM");
+  return fmt::format("{}:{:02} {}", *hour, *minute, afternoon ? "PM" : "AM");
 }
 
 std::optional<int> minuteOfDay(const std::string& fileTime) {
-  static const std::regex form(R"((\d{1,2}):(\d{1,2}) ([AaPp])[Mm])");
-  std::smatch parts;
-  if (fileTime.size() > 20 || !std::regex_match(fileTime, parts, form)) return std::nullopt;
-  const int hour = std::stoi(parts[1]) % 12, minute = std::stoi(parts[2]);
-  const bool afternoon = std::tolower(static_cast<unsigned char>(*parts[3].first)) == 'p';
-  return (hour + (afternoon ? 12 : 0)) * 60 + minute;
+  const auto normal = fileTimeOf(fileTime);
+  const bool hasPeriod = fileTime.find_first_of("mM") != std::string::npos;
+  if (!normal || !hasPeriod) return std::nullopt;
+  Scanner scanner(*normal);
+  const int hour = *scanner.number(1, 2) % 12;
+  scanner.take(":");
+  const int minute = *scanner.number(2, 2);
+  return (hour + (scanner.take(" PM") ? 12 : 0)) * 60 + minute;
 }
 
 std::pair<std::string, std::string> parseWindow(const std::string& text) {

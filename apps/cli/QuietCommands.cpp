@@ -7,6 +7,7 @@
 #include "apps/cli/OwnCalendar.h"
 #include "apps/cli/ProfileStore.h"
 #include "apps/cli/ProfileWords.h"
+#include "apps/cli/Scanner.h"
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
@@ -19,7 +20,6 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
-#include <regex>
 
 namespace hushmode::cli {
 
@@ -39,13 +39,16 @@ constexpr int longestMinutes = 7 * 24 * 60;
 
 /// "90m", "2h", "1h30m" in minutes.
 int parseLength(const std::string& text) {
-  static const std::regex form(R"((?:(\d{1,3})h)?(?:(\d{1,4})m(?:in)?)?)");
-  std::smatch parts;
-  if (!text.empty() && text.size() < 12 && std::regex_match(text, parts, form)) {
-    const int minutes =
-        (parts[1].matched ? std::stoi(parts[1]) * 60 : 0) + (parts[2].matched ? std::stoi(parts[2]) : 0);
-    if (minutes >= 1 && minutes <= longestMinutes) return minutes;
+  Scanner scanner(text);
+  int minutes = 0;
+  auto number = scanner.number(1, 4);
+  if (number && scanner.take("h")) {
+    minutes = *number * 60;
+    number = scanner.number(1, 4);
   }
+  const bool isWhole = number ? scanner.take("min") || scanner.take("m") : minutes > 0;
+  if (number) minutes += *number;
+  if (isWhole && scanner.isAtEnd() && minutes >= 1 && minutes <= longestMinutes) return minutes;
   throw InputError(tr("quiet {}: expected how long, such as 90m, 2h or 1h30m, at most a week", text));
 }
 
