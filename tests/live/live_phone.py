@@ -37,10 +37,14 @@ class LivePhone:
         self.daemon = None
         self.log = open(self.session.folder / "daemon.log", "w+b")
         self.services = {}
-        for name, module in zip(services, modules):
-            first = len(self.session.processes)
-            module.start(self.session)
-            self.services[name] = self.session.processes[first:]
+        try:
+            for name, module in zip(services, modules):
+                first = len(self.session.processes)
+                module.start(self.session)
+                self.services[name] = self.session.processes[first:]
+        except BaseException:
+            self.__exit__()
+            raise
 
     def __enter__(self):
         return self
