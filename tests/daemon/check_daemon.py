@@ -67,11 +67,13 @@ class DaemonTest(unittest.TestCase):
 
 class Interface(DaemonTest):
     def test_a_new_phone_is_ready_with_a_default_profile_and_the_switch_on(self):
+        put_event("Interview", time.time() + 3600, time.time() + 7200)
         daemon = self.start()
         self.assertEqual(daemon.get("Version"), 1)
         self.assertIs(daemon.get("Enabled"), True)
         self.assertEqual(daemon.get("Applied"), [])
-        self.assertEqual(len(daemon.call("ListProfiles")), 1)
+        wait_until(lambda: len(daemon.call("ListProfiles")) == 1, "the first profile")
+        self.assertIn("folder:work", daemon.call("ListProfiles")[0]["calendarIdentifiers"])
         self.assertTrue(daemon.get("Services")["volumes"][0])
         degraded = [name for name, (works, _) in daemon.get("Services").items() if not works]
         self.assertEqual(sorted(daemon.get("Degraded")), sorted(degraded))
