@@ -8,12 +8,12 @@ import signal
 import subprocess
 import sys
 import time
+import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tests" / "services"))
 import run_with  # noqa: E402
 
-SKIPPED = run_with.SKIPPED
 OBJECT = ["-d", "com.quorvel.Hushmode", "-o", "/com/quorvel/Hushmode"]
 INTERFACE = "com.quorvel.Hushmode1"
 MEETINGS = {"title": "<'Meetings'>", "enabled": "<true>", "allDay": "<true>", "allDayEventsIgnored": "<true>",
@@ -30,8 +30,7 @@ class LivePhone:
         if missing:
             if os.environ.get("HUSHMODE_SKIP_NOTHING"):
                 raise RuntimeError(f"not installed: {missing}")
-            print(f"SKIPPED, not installed: {missing}")
-            sys.exit(SKIPPED)
+            raise unittest.SkipTest(f"not installed: {missing}")
         self.program = daemon
         self.session = run_with.Session()
         self.daemon = None
@@ -196,3 +195,9 @@ def kill_service(processes):
     for process in processes:
         os.kill(process.pid, signal.SIGKILL)
         process.wait()
+
+
+def main():
+    """Runs the tests of the program's file. Ends with 77 when one was skipped, and none failed."""
+    result = unittest.main(module="__main__", verbosity=2, exit=False).result
+    sys.exit(1 if not result.wasSuccessful() else run_with.SKIPPED if result.skipped else 0)

@@ -6,6 +6,7 @@ usage: test_desktop.py DAEMON [unittest arguments]
 import sys
 import unittest
 
+import live_phone
 import live_user
 from live_phone import LivePhone
 from live_screen import Screen
@@ -85,4 +86,4 @@ class StatusIcon(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    live_phone.main()

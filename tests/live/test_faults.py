@@ -170,5 +170,5 @@ class Faults(unittest.TestCase):
 if __name__ == "__main__":
     if os.geteuid() != 0:
         print("SKIPPED: a full disk and a read-only folder need root")
-        sys.exit(live_phone.SKIPPED)
-    unittest.main(verbosity=2)
+        sys.exit(live_phone.run_with.SKIPPED)
+    live_phone.main()

@@ -7,6 +7,7 @@ import sys
 import time
 import unittest
 
+import live_phone
 import live_user
 from live_phone import LivePhone, kill_service
 
@@ -78,4 +79,4 @@ class Networks(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    live_phone.main()

@@ -10,6 +10,7 @@ import sys
 import time
 import unittest
 
+import live_phone
 import live_user
 from live_phone import LivePhone
 
@@ -90,4 +91,4 @@ class Banners(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    live_phone.main()

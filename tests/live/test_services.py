@@ -13,6 +13,7 @@ import sys
 import time
 import unittest
 
+import live_phone
 import live_user
 from live_phone import LivePhone
 
@@ -131,6 +132,7 @@ class Tones(unittest.TestCase):
     def test_the_tone_of_the_sound_theme_is_heard_at_both_switches(self):
         with LivePhone(DAEMON, ("canberra", "pulse")) as phone:
             live_user.started(phone, playAlert="<true>", alertToneIdentifier="<'texttone:Complete'>")
+            self.assertIn("tones: sound theme", phone.said())
             wanted = self.tone_of_the_theme(phone)
             recording = Recording(phone, "spk")
             phone.meeting(ahead=3, long=8)
@@ -179,4 +181,4 @@ class Banners(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    live_phone.main()
