@@ -103,9 +103,9 @@ Evening play(const std::vector<Date>& deaths, double seconds, std::set<double>* 
     evening.anyApplied = evening.anyApplied || profile->isApplied();
   }
   const auto state = simulation::stateOf(simulation.phone());
-  evening.ringtone = state.ringtone;
-  evening.doNotDisturb = state.doNotDisturb;
-  evening.icon = state.icon;
+  evening.ringtone = *state.ringtone;
+  evening.doNotDisturb = *state.doNotDisturb;
+  evening.icon = *state.icon;
   evening.ringtoneSaved = simulation.phone().defaults().valueForKey("com.quorvel.hushmode-ringtone").has_value();
   return evening;
 }
