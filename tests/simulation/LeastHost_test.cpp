@@ -14,7 +14,12 @@ TEST(LeastHost, AProfileFollowsItsEventAndThePhoneIsAsBefore) {
   const Played played = play(workday(standup));
   EXPECT_EQ(played.switches,
             (Texts{"09:00:00 Work on \"Standup\": " + quieter, "10:00:00 Work off \"Standup\" ended: " + louder}));
-  EXPECT_EQ(played.end, (PhoneState{.ringtone = 0.8F, .media = 0.5F, .ringVibrate = true, .silentVibrate = true}));
+  EXPECT_EQ(played.end, (PhoneState{.ringtone = 0.8F,
+                                    .media = 0.5F,
+                                    .ringVibrate = true,
+                                    .silentVibrate = true,
+                                    .doNotDisturb = false,
+                                    .icon = false}));
   EXPECT_TRUE(played.complaints.empty());
 }
 
@@ -99,10 +104,24 @@ TEST(LeastHost, AFileThatCannotBeWrittenDoesNotStopTheSwitch) {
 }
 
 TEST(Switches, WhatChangedIsToldInWords) {
-  EXPECT_EQ(differenceText({}, {}), "nothing changed");
-  EXPECT_EQ(
-      differenceText({.ringtone = 1, .doNotDisturb = true, .icon = true}, {.ringVibrate = true, .silentVibrate = true}),
-      "ringtone 100% to 0%, vibrate on ring on, vibrate on silent on, do not disturb off, icon hidden");
+  const PhoneState before{.ringtone = 1.0F,
+                          .media = 0.5F,
+                          .ringVibrate = false,
+                          .silentVibrate = false,
+                          .doNotDisturb = true,
+                          .icon = true};
+  const PhoneState after{.ringtone = 0.0F,
+                         .media = 0.5F,
+                         .ringVibrate = true,
+                         .silentVibrate = true,
+                         .doNotDisturb = false,
+                         .icon = false};
+  EXPECT_EQ(host::differenceText(before, before), "nothing changed");
+  EXPECT_EQ(host::differenceText(before, after),
+            "ringtone 100% to 0%, vibrate on ring on, vibrate on silent on, do not disturb off, icon hidden");
+  // What cannot be read on either side is no difference.
+  EXPECT_EQ(host::differenceText(before, {}), "nothing changed");
+  EXPECT_EQ(host::differenceText({}, after), "nothing changed");
 }
 
 TEST(Switches, WhatTheUserChangesLaterIsNotTheSwitchsDoing) {
