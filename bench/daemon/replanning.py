@@ -13,10 +13,11 @@ def measure(program):
         phone.add_events(1000, 1)
         phone.start()
         phone.settle(5)
-        told = []
+        told, start = [], None
 
         def changed(*signal):
-            if "Armed" in signal[5].unpack()[1]:
+            armed = signal[5].unpack()[1].get("Armed", [])
+            if any(each["date"] == start for each in armed):
                 told.append(time.monotonic())
 
         phone.bus.signal_subscribe(None, "org.freedesktop.DBus.Properties", "PropertiesChanged",
