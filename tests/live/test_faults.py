@@ -51,6 +51,7 @@ def kills(seed, count):
             phone.until_state(before, 15)
         except AssertionError as error:
             return f"seed {seed}: {error}"
+        phone.session.wait_for_name("com.quorvel.Hushmode")
         titles = phone.call("ListProfiles").count("'title': <'Meetings'>")
         return None if titles == 1 else f"seed {seed}: the profile is there {titles} times"
 
