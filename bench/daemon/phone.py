@@ -82,14 +82,19 @@ def profile(number, calendars=("folder:Work",)):
             "allDayEventsIgnored": True, "calendarIdentifiers": list(calendars)}
 
 
+def missing_programs(services):
+    """What is not installed, with the Debian packages that have it."""
+    missing = run_with.missing_packages([__import__(name) for name in services])
+    if not os.path.exists(DCONF):
+        missing[DCONF] = "dconf-service"
+    return missing
+
+
 class Phone:
     """Profiles and calendars are laid out before the daemon is started."""
 
     def __init__(self, program, services=SERVICES, calendar_service=True):
-        modules = [__import__(name) for name in services]
-        missing = run_with.missing_packages(modules)
-        if not os.path.exists(DCONF):
-            missing[DCONF] = "dconf-service"
+        missing = missing_programs(services)
         if missing:
             sys.exit(f"not installed: {missing}")
         self.program = program
@@ -101,8 +106,8 @@ class Phone:
         try:
             self.session.spawn([DCONF])
             self.session.wait_for_name("ca.desrt.dconf")
-            for module in modules:
-                module.start(self.session)
+            for name in services:
+                __import__(name).start(self.session)
             self.connect()
         except BaseException:
             self.session.end()
