@@ -1,4 +1,4 @@
-"""The screen of a live phone: what is on it, and clicks on it. Set HUSHMODE_PICTURES to a folder to keep the pictures."""
+"""The screen of a live phone: pictures and clicks. Set HUSHMODE_PICTURES to a folder to keep the pictures."""
 import os
 import re
 import subprocess
