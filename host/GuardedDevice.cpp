@@ -196,6 +196,10 @@ class GuardedDevice::TimerClass final : public PCSimpleTimer::Class {
                                                   PCSimpleTimer::Action action, Dictionary userInfo) override {
     auto* real = dynamic_cast<PCSimpleTimer::Class*>(guard_.phone_.classNamed(PCSimpleTimer::className));
     if (!real) return nullptr;
+    // A bound of a window belongs to it, so that at the very moment of the end the library asks to be woken at the end.
+    // Woken in that moment it would ask again, and again.
+    const Date soonest = guard_.phone_.foundation().now().addingSeconds(leastSecondsAhead);
+    if (fireDate < soonest) fireDate = soonest;
     const auto timer = std::make_shared<Timer>(fireDate, userInfo, guard_.armed_);
     const std::weak_ptr<Timer> weak = timer;
     timer->setReal(real->initWithFireDate(
@@ -211,6 +215,7 @@ class GuardedDevice::TimerClass final : public PCSimpleTimer::Class {
   }
 
  private:
+  static constexpr double leastSecondsAhead = 0.001;
   GuardedDevice& guard_;
 };
 

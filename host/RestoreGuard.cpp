@@ -176,12 +176,12 @@ void RestoreGuard::end(const std::vector<Profile>& applied) {
 }
 
 /// The answer to keep a changed ringtone volume shows as another saved volume. What is kept is what the user set: with
-/// several profiles applied, the library may have noted it at another than the one that it asks.
+/// several profiles applied, the library may have noted it at another than the one that it asks. And an answer without
+/// a change is one to a question that has outlived its profile, of which the library knows no volume any more.
 void RestoreGuard::noteKeptVolume() {
-  const auto key = savedVolume(saved::ringtone);
-  if (!differ(keyAtBegin_, key)) return;
-  ledger_.found.ringtone = asked_ ? asked_ : key;
-  if (differ(ledger_.found.ringtone, key)) userDefaults().setFloat(*ledger_.found.ringtone, saved::ringtone);
+  if (!differ(keyAtBegin_, savedVolume(saved::ringtone))) return;
+  if (asked_) ledger_.found.ringtone = asked_;
+  keepSavedVolumes();
 }
 
 /// Nothing switched: what the library asserted again is not to go over what the user has set since.

@@ -21,6 +21,7 @@ class FullHost final : public HostDriver {
   void networkChanged() override { host_.networkChanged(); }
   void clockChanged() override { host_.clockChanged(); }
   void resumed() override { host_.resumed(); }
+  void phoneChanged() override { host_.phoneChanged(); }
   void masterSwitchChanged(bool) override { host_.settingsChanged(); }
   void addProfile(const platform::Dictionary& profile) override;
   void editProfile(const std::shared_ptr<HMProfile>& profile, const platform::Dictionary& changes) override;

@@ -34,6 +34,8 @@ class HostDriver {
   /// The clock was set, or the zone is another.
   virtual void clockChanged() = 0;
   virtual void resumed() = 0;
+  /// The user changed something that profiles change, and no service tells of.
+  virtual void phoneChanged() = 0;
   /// After the master switch was set in the settings file.
   virtual void masterSwitchChanged(bool on) = 0;
 

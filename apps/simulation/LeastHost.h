@@ -29,6 +29,7 @@ class LeastHost final : public HostDriver {
   void networkChanged() override;
   void clockChanged() override {}
   void resumed() override {}
+  void phoneChanged() override {}
   void masterSwitchChanged(bool on) override;
   void addProfile(const platform::Dictionary& profile) override;
   void editProfile(const std::shared_ptr<HMProfile>& profile, const platform::Dictionary& changes) override;

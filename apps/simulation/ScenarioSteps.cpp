@@ -193,8 +193,9 @@ Perform unlock(const JsonReader& json, const Scenario&) {
 
 Perform doNotDisturb(const JsonReader& json, const Scenario&) {
   json.requireKeys({"at", "do", "on"});
-  return onPhone(json,
-                 [on = json.require("on").boolean()](SimulatedPhone& p) { p.controlCenter().switchDoNotDisturb(on); });
+  const bool on = json.require("on").boolean();
+  return followed(onPhone(json, [on](SimulatedPhone& p) { p.controlCenter().switchDoNotDisturb(on); }),
+                  &HostDriver::phoneChanged);
 }
 
 Perform suspend(const JsonReader& json, const Scenario&) {

@@ -1,24 +1,14 @@
 // Random days. HUSHMODE_SEED plays another series, HUSHMODE_DAYS more or fewer of them; a single day is
 // played again by its own seed with HUSHMODE_DAYS=1.
 
+#include "tests/properties/FromEnvironment.h"
 #include "tests/properties/RandomDay.h"
 
-#include <charconv>
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <iostream>
 
 namespace hushmode::properties {
 namespace {
-
-std::uint64_t fromEnvironment(const char* name, std::uint64_t otherwise) {
-  const char* text = std::getenv(name);
-  if (!text) return otherwise;
-  const std::string_view digits = text;
-  std::uint64_t number = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  EXPECT_TRUE(error == std::errc() && end == digits.data() + digits.size()) << name << " is no number: " << text;
-  return number;
-}
 
 std::string joined(const std::vector<std::string>& lines) {
   std::string text;

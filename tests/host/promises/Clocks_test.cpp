@@ -209,6 +209,24 @@ INSTANTIATE_TEST_SUITE_P(
             .at("10:31", asBefore)),
     nameOfPromise);
 
+// Wake-ups that come at the very instant find a window that is open and closed at once.
+INSTANTIATE_TEST_SUITE_P(
+    WakeUpsToTheInstant, Promises,
+    ::testing::Values(
+        Promise{"AtTheWindowsEnd",
+                day({.events = list({event("16:00", "18:00")}), .more = withAll, .phone = R"("deliveryLatency": 0)"})}
+            .at("16:30", quietWithAll)
+            .at("17:00:10", asBefore),
+        Promise{"AtTheMeetingsEnd", day({.events = standup, .more = withAll, .phone = R"("deliveryLatency": 0)"})}
+            .at("09:30", quietWithAll)
+            .at("10:00:10", asBefore),
+        Promise{"AtTheWindowsEndOnTheNetwork", day({.steps = list({step("17:30", "leave")}),
+                                                    .more = withAll + R"(, "wifiNetworks": ["Home"])",
+                                                    .phone = R"("deliveryLatency": 0, "joined": "Home")"})}
+            .at("16:30", quietWithAll)
+            .at("17:00:10", asBefore)),
+    nameOfPromise);
+
 /// A meeting at nine on each weekday of two months, in which the clocks change; a second profile that follows it
 /// every day.
 Promise twoMonths() {

@@ -63,6 +63,13 @@ INSTANTIATE_TEST_SUITE_P(
             .endingWith(ringtone(0.6F))
             .endingWith(ringtone(0.4F))
             .endingWith(asBefore),
+        // The library has forgotten the volume that it asked about, and would keep silence.
+        Promise{"AnAnswerToTheQuestionOfAnEarlierMeetingKeepsNothing",
+                day({.events = list({event("09:00", "09:30"), event("10:00", "11:00", "", "2")}),
+                     .steps = list({press("09:10", 0.4), answer("10:10", 0)})})}
+            .at("10:20", quiet)
+            .endingWith(asBefore)
+            .endingWith(ringtone(0.4F)),
         Promise{"APlanGoesNotOverTheHand",
                 day({.events = standup,
                      .steps = list({press("09:30", 0.7, "media"), step("09:35", "plan"), step("09:36", "reload")})})}
