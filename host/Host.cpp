@@ -77,13 +77,13 @@ void Host::start() {
     enabled_ = HMProfilesManager::isHushmodeEnabled();
     network_ = joinedNetwork();
     loadedDay_ = hm_beginningOfDay(now());
+    const bool wasApplied = !order_.empty();
     if (!enabled_) manager()->revertAppliedProfilesIfAny();
-    const auto before = appliedProfiles().size();
     planNow(false);
-    // What an earlier process left needs no waiting, unless the plan has just begun to revert something itself.
-    if (before == 0) settle();
+    // What an earlier process left needs no waiting, unless this one has just begun to revert something itself.
+    if (!wasApplied) settle();
     // The file may call a profile applied whose effects the earlier process did not live to see done.
-    unfinished_ = before > 0;
+    unfinished_ = wasApplied;
     if (unfinished_) settleLater();
   });
 }

@@ -51,9 +51,9 @@ void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   ledger_ = saved_ = Ledger::load();
   const PhoneState now = readPhoneState();
   if (ledger_.open) {
-    // The answer to keep a volume reaches the library's saved state first.
+    // The answer to keep a volume reaches the library's saved state first. Only what the user has set can be kept.
     const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
-    const bool isKept = differ(kept, ledger_.found.ringtone) && !isAmong(ledger_.ringtonesSet, *kept);
+    const bool isKept = kept && ledger_.byHand.ringtone && !differ(kept, ledger_.byHand.ringtone);
     adopt(ledger_.found.ringtone, ledger_.byHand.ringtone, ledger_.ringtonesSet, now.ringtone);
     adopt(ledger_.found.media, ledger_.byHand.media, ledger_.mediasSet, now.media);
     if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
