@@ -111,6 +111,46 @@ TEST(MasterSwitch, OffHoldsAgainstAWakeUpThatFiresAllTheSame) {
   }));
   const Life life = live(scenario, {{"09:00:05", asBefore}});
   EXPECT_EQ(life.moments[0], life.before) << differenceText(life.before, life.moments[0]);
+  EXPECT_TRUE(life.writes.empty());
+}
+
+// --- Edits that cannot be saved ---
+
+class UnsavedEdits : public ::testing::Test {
+ protected:
+  /// Runs `edit` at 9:30, in the meeting, while no file can be written; the profiles afterwards.
+  std::vector<platform::Dictionary> profilesAfter(const std::function<void(host::Host&)>& edit) {
+    Scenario scenario = scenarioOf(day({.events = standup, .more = withAll}));
+    std::vector<platform::Dictionary> profiles;
+    scenario.steps.push_back(at(scenario, "09:30", [&](Simulation& s) {
+      s.phone().files().setWritesFail(true);
+      try {
+        edit(hostOf(s));
+        ADD_FAILURE() << "the edit was taken for saved";
+      } catch (const host::EditError& refusal) {
+        EXPECT_EQ(refusal.kind(), host::EditError::Kind::NotSaved) << refusal.what();
+      }
+      profiles = hostOf(s).profiles();
+      s.phone().files().setWritesFail(false);
+    }));
+    const Life life = live(scenario);
+    EXPECT_EQ(life.end, life.before) << differenceText(life.before, life.end);
+    return profiles;
+  }
+};
+
+TEST_F(UnsavedEdits, AreUndone) {
+  const auto profiles = profilesAfter([](host::Host& host) { host.updateProfile(5, {{"ringerVolume", 0.0}}); });
+  ASSERT_EQ(profiles.size(), 1U);
+  EXPECT_EQ(*profiles[0].find("ringerVolume"), platform::Value(0.25));
+}
+
+TEST_F(UnsavedEdits, AddNoProfile) {
+  EXPECT_EQ(profilesAfter([](host::Host& host) { host.addProfile({{"title", "New"}, {"allDay", true}}); }).size(), 1U);
+}
+
+TEST_F(UnsavedEdits, DeleteNoProfile) {
+  EXPECT_EQ(profilesAfter([](host::Host& host) { host.deleteProfile(5); }).size(), 1U);
 }
 
 // --- Stopping ---
