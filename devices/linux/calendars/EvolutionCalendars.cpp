@@ -153,13 +153,15 @@ void EvolutionCalendars::tell(const char* step) {
 
 void EvolutionCalendars::reportSoon() {
   if (reporting_.connected()) return;
+  // The first news is waited for: without it nobody knows what the calendars hold.
+  const bool isFirst = !services_.states().contains(kEvolutionServiceName);
   reporting_ = Glib::signal_timeout().connect(
       [this] {
         reporting_ = {};
         report();
         return false;
       },
-      kReportDelay);
+      isFirst ? 0 : kReportDelay);
 }
 
 void EvolutionCalendars::report() {
