@@ -5,7 +5,6 @@
 #include "devices/linux/base/Variants.h"
 
 #include <giomm/dbuserror.h>
-#include <giomm/dbuserrorutils.h>
 #include <giomm/init.h>
 
 namespace hushmode::cli {
@@ -17,6 +16,14 @@ constexpr const char* objectPath = "/com/quorvel/Hushmode";
 constexpr const char* interfaceName = "com.quorvel.Hushmode1";
 constexpr const char* errorPrefix = "com.quorvel.Hushmode1.Error.";
 constexpr int answerMilliseconds = 10000;
+
+/// The error's name on the bus; empty for one that came up here. (giomm's own way to ask loses memory.)
+std::string remoteName(const Glib::Error& error) {
+  char* name = g_dbus_error_get_remote_error(error.gobj());
+  const std::string copy = name ? name : "";
+  g_free(name);
+  return copy;
+}
 
 }  // namespace
 
@@ -54,9 +61,9 @@ Glib::VariantContainerBase Daemon::callInterface(const char* interface, const st
   try {
     return connection_->call_sync(objectPath, interface, method, arguments, busName, answerMilliseconds);
   } catch (const Glib::Error& error) {
-    const std::string name = Gio::DBus::ErrorUtils::get_remote_error(error).raw();
+    const std::string name = remoteName(error);
     Glib::Error stripped(error);
-    Gio::DBus::ErrorUtils::strip_remote_error(stripped);
+    g_dbus_error_strip_remote_error(stripped.gobj());
     const std::string text = stripped.what();
     if (name.starts_with(errorPrefix) && name != std::string(errorPrefix) + "NotSaved" &&
         name != std::string(errorPrefix) + "AccessDenied") {
