@@ -50,7 +50,7 @@ def measure_with(program, calendar_service):
         taken, computing, queuing = starts(phone)
     ms = {name: 1000 * statistics.median(values) for name, values in
           (("loading", loading), ("empty", empty), ("computing", computing), ("queuing", queuing))}
-    rest = 1000 * statistics.median(a - b - c for a, b, c in zip(taken, computing, queuing))
+    rest = 1000 * statistics.median(max(0, a - b - c) for a, b, c in zip(taken, computing, queuing))
     beside = ", beside Evolution Data Server" if calendar_service else ""
     return [(f"from exec to planned, 1,000 events in 1,000 files, 10 profiles{beside}", "under 150 ms", milliseconds(taken),
              f"{ms['computing']:.0f} ms on a processor, {ms['queuing']:.0f} ms queuing for one, {rest:.0f} ms waiting for "
