@@ -16,7 +16,7 @@ namespace hushmode::devices::samples {
 
 /// The small calendars beside the tests, one for each behaviour.
 inline std::filesystem::path fixtures() {
-  return std::filesystem::path(__FILE__).parent_path().parent_path().parent_path() / "fixtures" / "calendars";
+  return std::filesystem::path(HUSHMODE_SOURCE_FOLDER) / "tests" / "fixtures" / "calendars";
 }
 
 inline std::shared_ptr<const TimeZone> zone(const std::string& name) {
