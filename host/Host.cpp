@@ -53,7 +53,8 @@ void Host::kill() {
   order_.clear();
   unfinished_ = planned_ = false;
   depth_ = 0;
-  settledRound_ = settleRound_;
+  leaving_ = false;
+  settledRound_ = ++settleRound_;  // What waits, waits for a process that is no more.
 }
 
 void Host::start() {
@@ -187,7 +188,10 @@ void Host::settleLater(double seconds) {
 }
 
 void Host::settle() {
-  if (!restore_->settle(appliedProfiles())) settleLater(retrySeconds);
+  if (!restore_->settle(appliedProfiles())) {
+    settleLater(retrySeconds);
+    settledRound_ = settleRound_;  // At rest meanwhile: the phone may sleep.
+  }
   const bool unfinished = std::exchange(unfinished_, false);
   // Delayed steps of an earlier switch, or of a form that the profile had before an edit, may have gone over what the
   // latest asks for.

@@ -198,12 +198,14 @@ class Host {
   std::deque<Switch> recent_;
 
   int depth_ = 0;
-  bool planned_ = false;             ///< Something in this piece may call for another look.
-  bool enabled_ = false;             ///< The master switch, as last seen.
-  bool unfinished_ = false;          ///< Applied by an earlier process, perhaps not to the end.
-  std::vector<std::int64_t> order_;  ///< The applied profiles, the latest last.
-  std::uint64_t settleRound_ = 0, settledRound_ = 0, leaveRound_ = 0;
-  std::optional<std::string> network_;  ///< The one that plans were made for last.
+  bool planned_ = false;                              ///< Something in this piece may call for another look.
+  bool enabled_ = false;                              ///< The master switch, as last seen.
+  bool unfinished_ = false;                           ///< Applied by an earlier process, perhaps not to the end.
+  std::vector<std::int64_t> order_;                   ///< The applied profiles, the latest last.
+  std::uint64_t settleRound_ = 0, settledRound_ = 0;  ///< Waits for settling: the last begun, the last over.
+  std::uint64_t leaveRound_ = 0;                      ///< Waits for a network to come back: the last begun.
+  bool leaving_ = false;                              ///< A network is gone, but has not been left yet.
+  std::optional<std::string> network_;                ///< The one that plans were made for last.
   std::optional<platform::Date> loadedDay_, lookAt_;
   std::shared_ptr<platform::PCSimpleTimer> lookTimer_;
 };

@@ -121,7 +121,7 @@ Host::Day Host::dayOf(const Profile& profile) {
     conditions.windowEnd = profile->dateFromTime(profile->endTime());
   }
   // One that waits to be left still counts as joined.
-  const auto network = leaveRound_ % 2 == 1 ? network_ : joinedNetwork();
+  const auto network = leaving_ ? network_ : joinedNetwork();
   conditions.onOwnNetwork = profile->isWifiEnabled() && profile->hasWiFiNetwork(network);
   conditions.wantedStatus = profile->applyProfileEventStatus();
   conditions.allDayEventsIgnored = profile->isAllDayEventsIgnored();
@@ -224,13 +224,14 @@ void Host::look() {
 void Host::networkChanged() {
   if (!process_) return;
   const auto joined = joinedNetwork();
-  leaveRound_ += leaveRound_ % 2;  // Even: nothing waits.
+  leaving_ = false;
   if (joined == network_) return;
   if (joined || !network_) return perform([this] { networkSettled(); });
-  const std::uint64_t round = ++leaveRound_;  // Odd: a network waits to be left.
+  leaving_ = true;
+  const std::uint64_t round = ++leaveRound_;
   phone_.coreFoundation().mainRunLoop().dispatchAfter(leaveSeconds, [this, round] {
-    if (round != leaveRound_) return;
-    ++leaveRound_;
+    if (!leaving_ || round != leaveRound_) return;
+    leaving_ = false;
     perform([this] { networkSettled(); });
   });
 }

@@ -2,20 +2,14 @@
 // again by its own seed with HUSHMODE_DAYS=1. A day that fails is told with as few deeds as still make it fail, and
 // with its record where HUSHMODE_RECORD is set.
 
-#include "tests/properties/FromEnvironment.h"
 #include "tests/properties/HostDay.h"
+#include "tests/properties/Series.h"
 
 #include <gtest/gtest.h>
 #include <iostream>
 
 namespace hushmode::properties {
 namespace {
-
-std::string joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += "\n  " + line;
-  return text;
-}
 
 TEST(HostDays, LeaveThePhoneAsItsUserWantsIt) {
   const std::uint64_t first = fromEnvironment("HUSHMODE_SEED", 20240514), days = fromEnvironment("HUSHMODE_DAYS", 150);

@@ -1,20 +1,14 @@
 // Random days. HUSHMODE_SEED plays another series, HUSHMODE_DAYS more or fewer of them; a single day is
 // played again by its own seed with HUSHMODE_DAYS=1.
 
-#include "tests/properties/FromEnvironment.h"
 #include "tests/properties/RandomDay.h"
+#include "tests/properties/Series.h"
 
 #include <gtest/gtest.h>
 #include <iostream>
 
 namespace hushmode::properties {
 namespace {
-
-std::string joined(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += "\n  " + line;
-  return text;
-}
 
 const std::uint64_t firstSeed = fromEnvironment("HUSHMODE_SEED", 20240514);
 
