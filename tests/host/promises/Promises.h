@@ -74,9 +74,10 @@ class LongPromises : public ::testing::TestWithParam<Promise> {
     }
     ADD_FAILURE() << "in the end: " << differenceText(life.before, life.end) << said;
   }
-  Life live(std::size_t deathAt = 0) const {
-    return simulation::live(scenarioOf(GetParam().scenario), GetParam().moments, deathAt);
-  }
+  Life live(std::size_t deathAt = 0) const { return simulation::live(scenario_, GetParam().moments, deathAt); }
+
+ private:
+  const Scenario scenario_ = scenarioOf(GetParam().scenario);
 };
 
 /// Kept also when the host dies.
