@@ -86,6 +86,18 @@ class Faults(unittest.TestCase):
             __import__("pulse").start(phone.session)
             phone.until_state(before)
 
+    def test_a_sound_server_that_comes_late_in_a_meeting_is_as_it_came_afterwards(self):
+        with LivePhone(DAEMON, ()) as phone:
+            phone.no_default_profile()
+            phone.meeting(ahead=-10, long=25)
+            phone.start()
+            phone.add_profile()
+            phone.until(phone.is_applied, "the meeting")
+            __import__("pulse").start(phone.session)
+            phone.until(lambda: phone.media() == QUIET_MEDIA, "quiet media")
+            phone.until(lambda: not phone.is_applied(), "the end of the meeting")
+            phone.until(lambda: (phone.ringtone(), phone.media()) == ("100%", "100%"), "the volumes as they came")
+
     def test_the_session_bus_dies_in_a_meeting(self):
         with ready_phone() as phone:
             before = phone.state()

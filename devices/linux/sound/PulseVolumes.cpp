@@ -37,6 +37,11 @@ class PulseVolumes::MediaControl final : public VolumeControl {
  public:
   explicit MediaControl(std::shared_ptr<SystemController> controller) : controller_(std::move(controller)) {}
 
+  /// Reads only where there is something to read: the operations have no way to say that nothing is known yet.
+  bool respondsTo(std::string_view selector) const override {
+    float known = 0;
+    return (selector != "getMediaVolume" && selector != "volume") || controller_->getVolume(known, general);
+  }
   float getMediaVolume() const override { return volume(); }
   void setMediaVolume(float volume) override { controller_->setVolumeTo(volume, general); }
   float volume() const override {
