@@ -49,6 +49,12 @@ PhoneState RestoreGuard::phone() const {
 
 void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   ledger_ = saved_ = Ledger::load();
+  auto& files = platform::device().foundation().files();
+  if (files.fileExists(Ledger::path) && !files.arrayWithContentsOfFile(Ledger::path)) {
+    say_(
+        "the note of the phone's settings before Hush Mode changed them cannot be read. Look whether they are as you "
+        "want them.");
+  }
   const PhoneState now = readPhoneState();
   if (ledger_.open) {
     // The answer to keep a volume reaches the library's saved state first. Only what the user has set can be kept.

@@ -236,6 +236,35 @@ TEST(Ledger, OfAnEarlierLifeIsFinishedAtTheStart) {
   }
 }
 
+TEST(Ledger, ThatCannotBeReadIsSaidAndReplaced) {
+  Scenario scenario = scenarioOf(day({.events = standup, .more = withAll}));
+  scenario.prepare.emplace_back([](devices::SimulatedPhone& phone) {
+    phone.files().memory().set(host::Ledger::path, platform::Dictionary{{"ringtone", 0.1}});
+  });
+  const Life life = live(scenario);
+  ASSERT_EQ(life.complaints.size(), 1U) << ::testing::PrintToString(life.complaints);
+  EXPECT_NE(life.complaints[0].find("cannot be read"), std::string::npos);
+  EXPECT_EQ(life.end, life.before) << differenceText(life.before, life.end);
+}
+
+/// A library without this host has applied a profile, and was killed; what it saved is what was found.
+TEST(Ledger, IsOpenedForWhatAnotherHostHasLeftApplied) {
+  Scenario scenario = scenarioOf(day({.more = withAll + R"(, "applied": true)"}));
+  scenario.prepare.emplace_back([](devices::SimulatedPhone& phone) {
+    phone.sound().setVolume("Ringtone", 0.25F);
+    phone.sound().setMediaVolume(0.125F);
+    phone.defaults().standard() = {{"com.quorvel.hushmode-ringtone", 0.7},
+                                   {"com.quorvel.hushmode-playBackVolume", 0.6},
+                                   {"com.quorvel.hushmode-ring-vibrate", true},
+                                   {"com.quorvel.hushmode-silent-vibrate", false}};
+  });
+  const Life life = live(scenario);
+  EXPECT_FLOAT_EQ(*life.end.ringtone, 0.7);
+  EXPECT_FLOAT_EQ(*life.end.media, 0.6);
+  EXPECT_TRUE(*life.end.ringVibrate);
+  EXPECT_FALSE(*life.end.silentVibrate);
+}
+
 TEST(Ledger, ThatCannotBeWrittenIsSaidOnce) {
   const Life life = live(scenarioOf(day({.events = list({event("09:00", "10:00"), event("11:00", "12:00", "", "2")}),
                                          .phone = R"("faults": [{"writes": "files"}])"})));
