@@ -101,6 +101,31 @@ TEST(HostArms, NothingWhileTheMasterSwitchIsOff) {
   EXPECT_TRUE(armed.empty());
 }
 
+/// Whether a wake-up of the library's own is armed for this moment; the host looks after it in any case.
+bool isArmed(const std::vector<host::PlannedWakeUp>& armed, platform::Date date) {
+  return std::any_of(armed.begin(), armed.end(),
+                     [&](const host::PlannedWakeUp& each) { return each.profile == 5 && each.date == date; });
+}
+
+TEST(HostArms, TheLibrarysWakeUpsOfANewDay) {
+  Scenario scenario =
+      scenarioOf(day({.events = list({event("2024-05-15T09:00", "2024-05-15T10:00")}), .to = "2024-05-15"}));
+  std::vector<host::PlannedWakeUp> armed;
+  scenario.steps.push_back(at(scenario, "2024-05-15T08:30", [&](Simulation& s) { armed = hostOf(s).armed(); }));
+  live(scenario);
+  EXPECT_TRUE(isArmed(armed, *parseTime("2024-05-15T09:00", *scenario.zone)));
+}
+
+TEST(HostArms, TheLibrarysWakeUpsOfANetworkThatFollowsAnother) {
+  Scenario scenario = scenarioOf(day({.steps = list({step("09:00", "join", R"(, "network": "Cafe")"),
+                                                     step("10:00", "join", R"(, "network": "Home")")}),
+                                      .more = R"(, "wifiNetworks": ["Home"])"}));
+  std::vector<host::PlannedWakeUp> armed;
+  scenario.steps.push_back(at(scenario, "10:01", [&](Simulation& s) { armed = hostOf(s).armed(); }));
+  live(scenario);
+  EXPECT_TRUE(isArmed(armed, *parseTime("2024-05-14T17:00", *scenario.zone)));
+}
+
 /// A wake-up that was on its way when the switch was set.
 TEST(MasterSwitch, OffHoldsAgainstAWakeUpThatFiresAllTheSame) {
   Scenario scenario = scenarioOf(day({.events = standup}));
