@@ -99,7 +99,7 @@ void Host::stop() {
   });
   // At once: the delayed steps end with the process.
   perform([this] { restore_->settle(appliedProfiles()); });
-  watch_->comeToRest();
+  watch_->finish();
   kill();
 }
 
@@ -182,7 +182,7 @@ void Host::settleLater(double seconds) {
     if (round != settleRound_) return;
     settledRound_ = round;
     perform([this] { settle(); });
-    if (watch_) watch_->comeToRest();
+    if (watch_) watch_->finish();
     if (onChange_) onChange_();
   });
 }

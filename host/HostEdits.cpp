@@ -123,10 +123,7 @@ void Host::updateProfile(std::int64_t identifier, const Dictionary& changes) {
     }
     clearStaleMarks();
     // Still on: the new settings take over from the old without a detour.
-    if (next->isApplied()) {
-      next->refreshSoundSettingsIfRequired();
-      settleLater();
-    }
+    if (next->isApplied()) next->refreshSoundSettingsIfRequired();
     if (enabled_ && next->isEnabled()) planOne(next, false);
   });
 }

@@ -109,13 +109,6 @@ void SwitchWatch::rest() {
   if (moving_.empty()) last_ = state;
 }
 
-void SwitchWatch::comeToRest() {
-  if (moving_.empty()) return;
-  const PhoneState state = phone_.state();
-  for (Switch& each : moving_) each.after = state;
-  finish();
-}
-
 void SwitchWatch::finish() {
   std::vector<Switch> told;
   told.swap(moving_);

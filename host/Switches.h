@@ -55,9 +55,7 @@ class SwitchWatch {
     platform::Date since{0};
   };
   const Applied* applied(std::int64_t identifier) const;
-  /// The delayed effects are over: tells of the switches with what the phone shows now.
-  void comeToRest();
-  /// Tells of the switches that have not come to rest yet.
+  /// The delayed effects are over: tells of the switches that have not been told yet.
   void finish();
 
   /// Why the next switches happen, where only whoever drives the phone can know: "Hush Mode switched off". Empty: as it

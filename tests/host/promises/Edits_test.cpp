@@ -20,6 +20,7 @@ INSTANTIATE_TEST_SUITE_P(
         Promise{"DisabledInTheMeeting",
                 day({.events = standup, .steps = list({edit("09:30", R"("enabled": false)")}), .more = withAll})}
             .at("09:29", quietWithAll)
+            .at("09:30:01", asBefore)
             .at("09:31", asBefore),
         Promise{"DisabledAndEnabledInTheMeeting",
                 day({.events = standup,
@@ -94,6 +95,7 @@ INSTANTIATE_TEST_SUITE_P(
         Promise{"DeletedInTheMeeting", day({.events = standup,
                                             .steps = list({step("09:30", "deleteProfile", R"(, "profile": "Work")")}),
                                             .more = withAll})}
+            .at("09:30:01", asBefore)
             .at("09:31", asBefore),
         Promise{"DeletedAsItsToneSounds",
                 day({.events = standup,

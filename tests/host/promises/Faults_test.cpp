@@ -210,7 +210,8 @@ INSTANTIATE_TEST_SUITE_P(Such, LedgersFullOfNonsense,
                                            LedgerCase{"OutOfRange",
                                                       entry({{"ringtone", 7.5},
                                                              {"media", -1.0},
-                                                             {"ringtonesSet", platform::Array{-3.0, "x", 9.0}}})}),
+                                                             {"ringtonesSet", platform::Array{-3.0, "x", 0.8}},
+                                                             {"mediasSet", platform::Array{0.5}}})}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Ledger, OfAnEarlierLifeIsFinishedAtTheStart) {
