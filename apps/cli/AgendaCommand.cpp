@@ -2,26 +2,21 @@
 // the phone in memory.
 
 #include "apps/cli/Commands.h"
+#include "apps/cli/Forecast.h"
 #include "apps/cli/Json.h"
-#include "apps/cli/Places.h"
 #include "apps/cli/ProfileStore.h"
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
 #include "apps/cli/Timeline.h"
-#include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
-#include "util/Numbers.h"
 
-#include <chrono>
 #include <iostream>
 #include <memory>
 #include <unistd.h>
 
 namespace hushmode::cli {
 
-using platform::Array;
 using platform::Date;
-using platform::Dictionary;
 
 namespace {
 
@@ -30,65 +25,32 @@ struct Options {
   bool json = false;
 };
 
-constexpr std::string_view folderPrefix = "folder:";
-
-Date now() {
-  using namespace std::chrono;
-  return Date(duration<double>(system_clock::now().time_since_epoch()).count());
-}
-
-/// Profiles as they are, but for what is of this moment, and with the calendar folder as the only account.
-Array forSimulation(const std::vector<Dictionary>& profiles, bool& others) {
-  Array array;
-  for (Dictionary profile : profiles) {
-    profile.set("applied", false);
-    if (const auto* value = profile.find("calendarIdentifiers")) {
-      Array identifiers;
-      for (const auto& each : value->as<Array>() ? *value->as<Array>() : Array()) {
-        const std::string identifier = textMeaning(&each).value_or("");
-        if (identifier.starts_with(folderPrefix)) {
-          identifiers.emplace_back(identifier.substr(folderPrefix.size()));
-        } else {
-          others = true;
-        }
-      }
-      profile.set("calendarIdentifiers", identifiers);
-    }
-    array.emplace_back(std::move(profile));
-  }
-  return array;
+Forecast forecastOf(const Options& options) {
+  const auto store = ProfileStore::open();
+  const auto zone = userZone();
+  const Date now = wallClock();
+  // The next day's own plan is not part of it.
+  const Date end = simulation::beginningOfLocalDay(now, *zone, static_cast<int>(options.days)).addingSeconds(-0.001);
+  if (!store->isEnabled()) std::cerr << "hushmode: " << tr("Hush Mode is off; this is what it would do") << '\n';
+  return forecast(store->list(), now, end, zone,
+                  [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
 }
 
 int agenda(const Options& options) {
-  const auto store = ProfileStore::open();
-  simulation::Scenario scenario;
-  scenario.zone = simulation::zoneNamed(std::nullopt);
-  scenario.from = now();
-  scenario.to = simulation::beginningOfLocalDay(scenario.from, *scenario.zone, static_cast<int>(options.days))
-                    .addingSeconds(-0.001);  // The next day's own plan is not part of it.
-  scenario.calendarFolder = calendarFolder();
-  bool others = false;
-  scenario.profiles = forSimulation(store->list(), others);
-  if (!store->isEnabled()) std::cerr << "hushmode: " << tr("Hush Mode is off; this is what it would do") << '\n';
-  if (others) {
-    std::cerr << "hushmode: "
-              << tr("events of calendars that do not lie in {} are not known here", calendarFolder().string()) << '\n';
-  }
-  Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), scenario.zone, false);
-  const auto zone = scenario.zone;
-  simulation::Audience audience;
-  audience.complaint = [](const std::string& text) { std::cerr << "hushmode: " << harmless(text) << '\n'; };
-  audience.switched = [&](const host::Switch& each) {
-    if (!options.json) return timeline.add(each);
-    std::cout << lineOf({{"time", simulation::isoTime(each.at, *zone)},
+  const Forecast made = forecastOf(options);
+  Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), made.zone, false);
+  for (const host::Switch& each : made.switches) {
+    if (!options.json) {
+      timeline.add(each);
+      continue;
+    }
+    std::cout << lineOf({{"time", simulation::isoTime(each.at, *made.zone)},
                          {"profile", each.profile},
                          {"identifier", each.identifier},
                          {"on", each.on},
                          {"reason", each.reason}})
               << '\n';
-  };
-  simulation::Simulation simulation(std::move(scenario), std::move(audience), simulation::Hosting::Full);
-  simulation.run();
+  }
   if (!options.json) timeline.finish();
   return Done;
 }

@@ -31,12 +31,16 @@ std::vector<KnownCalendar> knownCalendars() {
     }
     return calendars;
   }
-  devices::CalendarFolder folder(calendarFolder());
+  devices::CalendarFolder folder(calendarFolder(), {}, folderPrefix);
   folder.rescan();
+  return calendarsIn(folder);
+}
+
+std::vector<KnownCalendar> calendarsIn(const devices::CalendarFolder& folder) {
+  std::vector<KnownCalendar> calendars;
   for (const auto& each : folder.calendars()) {
-    // As the daemon names them among the calendars of all accounts.
     calendars.push_back(
-        {"folder:" + each.identifier, each.title, tr("calendar folder"), each.calendar->allowsContentModifications()});
+        {each.identifier, each.title, tr("calendar folder"), each.calendar->allowsContentModifications()});
   }
   return calendars;
 }

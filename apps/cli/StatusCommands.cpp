@@ -2,6 +2,7 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/Daemon.h"
+#include "apps/cli/Forecast.h"
 #include "apps/cli/Json.h"
 #include "apps/cli/Places.h"
 #include "apps/cli/ProfileStore.h"
@@ -9,10 +10,8 @@
 #include "apps/cli/Text.h"
 #include "apps/simulation/TimeText.h"
 #include "devices/linux/base/Variants.h"
-#include "devices/linux/core/LocalZone.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iostream>
 #include <memory>
 #include <unistd.h>
@@ -29,15 +28,6 @@ struct Options {
   unsigned limit = 20;
 };
 
-std::shared_ptr<const devices::TimeZone> localZone() {
-  return devices::LocalZone([](const std::string&) {}, [] {}).zone();
-}
-
-Date now() {
-  using namespace std::chrono;
-  return Date(duration<double>(system_clock::now().time_since_epoch()).count());
-}
-
 std::string text(const bus::Dictionary& each, const char* key) {
   return valueOf<Glib::ustring>(each, key).value_or(Glib::ustring()).raw();
 }
@@ -51,7 +41,7 @@ std::optional<Date> date(const bus::Dictionary& each, const char* key) {
 std::string when(Date date, const devices::TimeZone& zone) {
   const std::string clock = simulation::clockTime(date, zone).substr(0, 5);
   const std::string day = simulation::dayHeading(date, zone);
-  return day == simulation::dayHeading(now(), zone) ? clock : tr("{0}, {1}", day, clock);
+  return day == simulation::dayHeading(wallClock(), zone) ? clock : tr("{0}, {1}", day, clock);
 }
 
 int setEnabled(bool enabled) {
@@ -103,7 +93,7 @@ Json jsonOf(const Glib::VariantBase& value, const devices::TimeZone& zone) {
 
 int status(const Options& options) {
   const auto properties = Daemon::required().properties();
-  const auto zone = localZone();
+  const auto zone = userZone();
   if (options.json) {
     Json json = Json::object();
     for (const auto& [name, value] : properties) json[name.raw()] = jsonOf(value, *zone);
@@ -146,7 +136,7 @@ int status(const Options& options) {
 int log(const Options& options) {
   const auto switches =
       Daemon::required().ask<bus::Dictionaries>("RecentSwitches", devices::argumentsOf(guint32(options.limit)));
-  const auto zone = localZone();
+  const auto zone = userZone();
   const Terminal terminal = Terminal::of(STDOUT_FILENO);
   std::string day;
   for (const auto& each : switches) {

@@ -1,9 +1,8 @@
 #include "apps/daemon/BusInterface.h"
 
-#include "calendar/HMEventManager.h"
+#include "apps/daemon/PhoneLists.h"
 #include "devices/linux/base/Variants.h"
 #include "host/ProfileCheck.h"
-#include "wifi/HMWiFiManager.h"
 
 #include <algorithm>
 #include <giomm/dbusintrospection.h>
@@ -21,7 +20,7 @@ using devices::valueAt;
 
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr const char* propertyNames[] = {"Version", "Enabled", "Applied", "Armed", "Services", "Degraded"};
-constexpr guint32 interfaceVersion = 1;
+constexpr guint32 interfaceVersion = 2;
 /// More calls than that wait for the bus to say who a sender is: somebody floods us.
 constexpr std::size_t mostWaiting = 100;
 
@@ -55,29 +54,6 @@ T argument(const Glib::VariantContainerBase& arguments, gsize index) {
   // The bus library has checked the arguments against the interface before.
   if (!value) throw host::EditError(host::EditError::Kind::InvalidArgument, "an argument is not of its type");
   return *value;
-}
-
-bus::Dictionaries calendars() {
-  bus::Dictionaries list;
-  for (const auto& each : HMEventManager::sharedManager()->calendars()) {
-    list.push_back({{"identifier", Glib::Variant<Glib::ustring>::create(each->calendarIdentifier())},
-                    {"title", Glib::Variant<Glib::ustring>::create(each->title())},
-                    {"account", Glib::Variant<Glib::ustring>::create(each->source()->title())},
-                    {"writable", Glib::Variant<bool>::create(each->allowsContentModifications())}});
-  }
-  return list;
-}
-
-bus::Dictionaries networks(const host::Host& host) {
-  bus::Dictionaries list;
-  const auto joined = host.joinedNetwork();
-  for (const auto& each : HMWiFiManager::sharedManager()->knownNetworks()) {
-    const auto name = networkName(each);
-    if (!name) continue;
-    list.push_back({{"name", Glib::Variant<Glib::ustring>::create(*name)},
-                    {"joined", Glib::Variant<bool>::create(name == joined)}});
-  }
-  return list;
 }
 
 bool equal(const Glib::VariantBase& a, const Glib::VariantBase& b) { return a && b && a.equal(b); }
@@ -168,8 +144,11 @@ void BusInterface::answer(const Call& call) {
 Glib::VariantContainerBase BusInterface::perform(const Call& call) {
   const std::string& method = call.method;
   if (method == "ListProfiles") return argumentsOf(busForms(host_.profiles()));
-  if (method == "ListCalendars") return argumentsOf(calendars());
-  if (method == "ListNetworks") return argumentsOf(networks(host_));
+  if (method == "ListCalendars") return argumentsOf(listedCalendars());
+  if (method == "ListNetworks") return argumentsOf(listedNetworks(host_));
+  if (method == "ListEvents") {
+    return argumentsOf(listedEvents(argument<double>(call.arguments, 0), argument<double>(call.arguments, 1)));
+  }
   if (method == "RecentSwitches") {
     const auto limit = argument<guint32>(call.arguments, 0);
     bus::Dictionaries forms = busForms(host_.recentSwitches());

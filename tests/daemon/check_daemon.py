@@ -69,7 +69,7 @@ class Interface(DaemonTest):
     def test_a_new_phone_is_ready_with_a_default_profile_and_the_switch_on(self):
         put_event("Interview", time.time() + 3600, time.time() + 7200)
         daemon = self.start()
-        self.assertEqual(daemon.get("Version"), 1)
+        self.assertEqual(daemon.get("Version"), 2)
         self.assertIs(daemon.get("Enabled"), True)
         self.assertEqual(daemon.get("Applied"), [])
         wait_until(lambda: len(daemon.call("ListProfiles")) == 1, "the first profile")
@@ -83,7 +83,7 @@ class Interface(DaemonTest):
     def test_the_interface_is_the_one_that_is_documented(self):
         daemon = self.start()
         xml = daemon.call("Introspect", interface="org.freedesktop.DBus.Introspectable")
-        for name in ("AddProfile", "UpdateProfile", "DeleteProfile", "ListProfiles", "ListCalendars", "ListNetworks",
+        for name in ("AddProfile", "UpdateProfile", "DeleteProfile", "ListProfiles", "ListCalendars", "ListNetworks", "ListEvents",
                      "RecentSwitches", "Plan", "SetEnabled", "ProfilesChanged", "Switched", "Degraded"):
             self.assertIn(f'name="{name}"', xml)
 
@@ -106,6 +106,18 @@ class Interface(DaemonTest):
         daemon.call("DeleteProfile", "(x)", identifier)
         self.assertEqual(list(daemon.profiles()), ["Night"])
         wait_until(lambda: ("ProfilesChanged", ()) in daemon.signals, "the signal")
+
+    def test_events_are_listed_with_their_times_and_status(self):
+        begin = whole_seconds_from_now(3600)
+        put_event("Interview", begin, begin + 1800, uid="interview")
+        daemon = self.start()
+        wait_until(lambda: daemon.call("ListEvents", "(dd)", begin, begin + 1), "the event")
+        self.assertEqual(daemon.call("ListEvents", "(dd)", begin, begin + 1),
+                         [{"calendar": "folder:work", "uid": "interview", "title": "Interview", "start": begin,
+                           "end": begin + 1800, "status": 1, "allDay": False}])
+        self.assertEqual(daemon.call("ListEvents", "(dd)", begin + 1800, begin + 1801), [])
+        for span in ((begin, begin - 1), (begin, begin + 401 * 86400), (float("nan"), begin)):
+            self.refused("InvalidArgument", daemon.call, "ListEvents", "(dd)", *span)
 
     def test_numbers_are_the_same_where_people_write_a_comma(self):
         folder = pathlib.Path(os.environ["HUSHMODE_SESSION_FOLDER"]) / "locale"
