@@ -114,7 +114,7 @@ class Interface(DaemonTest):
         wait_until(lambda: daemon.call("ListEvents", "(dd)", begin, begin + 1), "the event")
         self.assertEqual(daemon.call("ListEvents", "(dd)", begin, begin + 1),
                          [{"calendar": "folder:work", "uid": "interview", "title": "Interview", "start": begin,
-                           "end": begin + 1800, "status": 1, "allDay": False}])
+                           "end": begin + 1800, "status": 0, "allDay": False}])
         self.assertEqual(daemon.call("ListEvents", "(dd)", begin + 1800, begin + 1801), [])
         for span in ((begin, begin - 1), (begin, begin + 401 * 86400), (float("nan"), begin)):
             self.refused("InvalidArgument", daemon.call, "ListEvents", "(dd)", *span)
