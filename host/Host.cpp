@@ -57,8 +57,8 @@ void Host::kill() {
   settledRound_ = ++settleRound_;  // What waits, waits for a process that is no more.
 }
 
-void Host::start() {
-  if (process_) return;
+void Host::startProcess() {
+  enabled_ = false;
   restore_ = std::make_unique<RestoreGuard>(device_, [this](const std::string& line) { sayOnce(line); });
   process_ = std::make_unique<platform::Process>(device_);
   manager();
@@ -72,6 +72,11 @@ void Host::start() {
   watch_->watch(*manager());
   if (onStart_) onStart_(*manager());
   for (const Profile& each : appliedProfiles()) order_.push_back(each->identifier());
+}
+
+void Host::start() {
+  if (process_) return;
+  startProcess();
   perform([this] {
     restore_->takeOver(appliedProfiles());
     HMEventManager::sharedManager();  // From now on changes of the calendars are heard.
@@ -92,6 +97,12 @@ void Host::start() {
 void Host::stop() {
   if (!process_) return;
   watch_->setCause("Hush Mode stopped");
+  putBackAll();
+  watch_->finish();
+  kill();
+}
+
+void Host::putBackAll() {
   perform([this] {
     manager()->revertAppliedProfilesIfAny();
     device_.disarmWakeUps();
@@ -99,8 +110,6 @@ void Host::stop() {
   });
   // At once: the delayed steps end with the process.
   perform([this] { restore_->settle(appliedProfiles()); });
-  watch_->finish();
-  kill();
 }
 
 // --- Pieces of work ---

@@ -50,6 +50,14 @@ struct PlannedWakeUp {
   std::optional<std::int64_t> profile;  ///< Whose event or window; none for the host's own look.
 };
 
+/// What an earlier process left changed on the phone, and what became of it.
+struct Rescue {
+  PhoneState before;    ///< When it began.
+  PhoneState wanted;    ///< What is to be put back; absent values are nothing that a profile has changed.
+  PhoneState after;     ///< When it ended.
+  bool isSaved = true;  ///< Whether the disk says so, too: the ledger is closed, and no profile is marked as applied.
+};
+
 /// What is wrong with a time of the profile's window, or none: a profile with such a time cannot be planned.
 std::optional<std::string> unreadableTime(const HMProfile& profile);
 
@@ -89,6 +97,12 @@ class Host {
   /// The process dies.
   void kill();
   bool isRunning() const { return process_ != nullptr; }
+
+  /// Puts back at once what a process that died has left changed, plans nothing, and ends. Not while running. What
+  /// cannot be put back, since its service is away, stays in the ledger.
+  Rescue rescue();
+  /// What `rescue` would put back. Changes nothing.
+  Rescue wouldRescue();
 
   // What happens to the phone. Nothing while not running.
 
@@ -152,6 +166,9 @@ class Host {
     std::vector<Happening> happenings;
     HMProfilesManager::Events events;  ///< In the same order.
   };
+
+  void startProcess();
+  void putBackAll();
 
   // Work in pieces.
   void begin();

@@ -47,36 +47,41 @@ PhoneState RestoreGuard::phone() const {
   return state;
 }
 
+Ledger RestoreGuard::leftOpen(const std::vector<Profile>& applied, const PhoneState& now) {
+  Ledger ledger = Ledger::load();
+  if (ledger.open) {
+    // The answer to keep a volume reaches the library's saved state first. Only what the user has set can be kept.
+    const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
+    const bool isKept = kept && ledger.byHand.ringtone && !differ(kept, ledger.byHand.ringtone);
+    adopt(ledger.found.ringtone, ledger.byHand.ringtone, ledger.ringtonesSet, now.ringtone);
+    adopt(ledger.found.media, ledger.byHand.media, ledger.mediasSet, now.media);
+    if (now.doNotDisturb.value_or(false) && !ledger.doNotDisturbSet) ledger.found.doNotDisturb = true;
+    if (isKept) ledger.found.ringtone = kept;
+  } else if (!applied.empty()) {
+    // Applied without a ledger: by a library without this host. What it saved is what was found.
+    ledger.open = true;
+    ledger.found = now;
+    if (const auto volume = savedVolume(saved::ringtone)) ledger.found.ringtone = volume;
+    if (const auto volume = savedVolume(saved::playBackVolume)) ledger.found.media = volume;
+    if (userDefaults().valueForKey(saved::ringVibrate)) {
+      ledger.found.ringVibrate = userDefaults().boolForKey(saved::ringVibrate);
+      ledger.found.silentVibrate = userDefaults().boolForKey(saved::silentVibrate);
+    }
+  }
+  return ledger;
+}
+
 void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
-  ledger_ = saved_ = Ledger::load();
   auto& files = platform::device().foundation().files();
   if (files.fileExists(Ledger::path) && !files.arrayWithContentsOfFile(Ledger::path)) {
     say_(
         "the note of the phone's settings before Hush Mode changed them cannot be read. Look whether they are as you "
         "want them.");
   }
-  const PhoneState now = readPhoneState();
-  if (ledger_.open) {
-    // The answer to keep a volume reaches the library's saved state first. Only what the user has set can be kept.
-    const auto kept = applied.empty() ? std::nullopt : savedVolume(saved::ringtone);
-    const bool isKept = kept && ledger_.byHand.ringtone && !differ(kept, ledger_.byHand.ringtone);
-    adopt(ledger_.found.ringtone, ledger_.byHand.ringtone, ledger_.ringtonesSet, now.ringtone);
-    adopt(ledger_.found.media, ledger_.byHand.media, ledger_.mediasSet, now.media);
-    if (now.doNotDisturb.value_or(false) && !ledger_.doNotDisturbSet) ledger_.found.doNotDisturb = true;
-    if (isKept) ledger_.found.ringtone = kept;
-    save();
-  } else if (!applied.empty()) {
-    // Applied without a ledger: by a library without this host. What it saved is what was found.
-    PhoneState found = now;
-    if (const auto volume = savedVolume(saved::ringtone)) found.ringtone = volume;
-    if (const auto volume = savedVolume(saved::playBackVolume)) found.media = volume;
-    if (userDefaults().valueForKey(saved::ringVibrate)) {
-      found.ringVibrate = userDefaults().boolForKey(saved::ringVibrate);
-      found.silentVibrate = userDefaults().boolForKey(saved::silentVibrate);
-    }
-    open(found);
-  }
-  seen_ = now;
+  saved_ = Ledger::load();
+  seen_ = readPhoneState();
+  ledger_ = leftOpen(applied, seen_);
+  save();
 }
 
 void RestoreGuard::begin(const std::vector<Profile>& applied) {

@@ -26,6 +26,9 @@ class RestoreGuard {
 
   /// A process has started: takes over what an earlier one left open. `applied`: the profiles that count as applied.
   void takeOver(const std::vector<Profile>& applied);
+  /// The ledger that `takeOver` would go on with, now that the phone looks like this: what the user has changed since
+  /// the earlier process died is theirs. Closed when nothing is to be put back. Changes nothing.
+  static Ledger leftOpen(const std::vector<Profile>& applied, const PhoneState& now);
 
   void begin(const std::vector<Profile>& applied);
   /// The library is about to save these profiles: the first applied one among them opens the ledger.
@@ -42,6 +45,8 @@ class RestoreGuard {
   bool isAsAskedBy(const HMProfile& profile) const;
 
   bool isOpen() const { return ledger_.open; }
+  /// What is to be put back; nothing while the ledger is closed.
+  const PhoneState& found() const { return ledger_.found; }
   /// What profiles change, as it is now; the icon included.
   PhoneState phone() const;
   /// A service came back: what it shows now is nobody's change.

@@ -23,5 +23,6 @@ void addProfileCommand(CLI::App& program, Command& chosen);
 void addStatusCommands(CLI::App& program, Command& chosen);
 void addQuietCommands(CLI::App& program, Command& chosen);
 void addAgendaCommand(CLI::App& program, Command& chosen);
+void addRescueCommand(CLI::App& program, Command& chosen);
 
 }  // namespace hushmode::cli

@@ -45,6 +45,7 @@ int main(int argc, char** argv) {
   cli::addStatusCommands(program, chosen);
   cli::addQuietCommands(program, chosen);
   cli::addAgendaCommand(program, chosen);
+  cli::addRescueCommand(program, chosen);
   cli::addSimulateCommand(program, chosen);
   cli::addEventsCommand(program, chosen);
   try {

@@ -1,6 +1,7 @@
 // hushmoded: Hush Mode at work on this phone.
 
 #include "apps/daemon/Daemon.h"
+#include "apps/daemon/Rescue.h"
 
 #include <CLI/CLI.hpp>
 #include <clocale>
@@ -45,6 +46,12 @@ int main(int argc, char** argv) {
   program.add_option("--calendars", options.calendarFolder, "The folder of iCalendar files")->type_name("FOLDER");
   program.add_option("--data", options.dataFolder, "Where the string tables are")->type_name("FOLDER");
   program.add_flag("-v,--verbose", options.verbose, "Say the library's decisions, too; they name events and networks");
+  bool rescue = false, dryRun = false;
+  auto* rescuing =
+      program.add_flag("--rescue", rescue,
+                       "Put back what a daemon that died has left changed, print what was as JSON, and end; "
+                       "for \"hushmode rescue\"");
+  program.add_flag("--dry-run", dryRun, "With --rescue: only look")->needs(rescuing);
   program.footer(
       "It is started by the session (systemd, D-Bus or autostart), not by hand, and ends with SIGTERM.\n"
       "Programs talk to it on the session bus: com.quorvel.Hushmode.\n\n"
@@ -54,6 +61,14 @@ int main(int argc, char** argv) {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? 0 : wrongUse;
+  }
+
+  if (rescue) {
+    const auto most = options.verbose ? Priority::Debug : Priority::Error;
+    std::cout << hushmode::daemon::rescueReport({options.calendarFolder, options.dataFolder, dryRun},
+                                                hushmode::devices::journalSink(STDERR_FILENO, most))
+              << std::endl;
+    return 0;
   }
 
   const auto sink =
