@@ -1,10 +1,13 @@
 #include "apps/cli/KnownEvents.h"
 
 #include "apps/cli/Daemon.h"
+#include "apps/cli/Forecast.h"
+#include "apps/cli/Text.h"
 #include "devices/linux/base/Variants.h"
-#include "devices/shared/CalendarFolder.h"
+#include "devices/shared/CachedCalendarFolder.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <tuple>
 
 namespace hushmode::cli {
@@ -32,14 +35,25 @@ std::vector<KnownEvent> listedBy(const Daemon& daemon, Date from, Date to) {
   return events;
 }
 
+std::filesystem::path cacheFile() {
+  const char* cache = std::getenv("XDG_CACHE_HOME");
+  const char* home = std::getenv("HOME");
+  const std::filesystem::path folder =
+      cache && *cache == '/' ? cache : std::filesystem::path(home ? home : "/") / ".cache";
+  return folder / "hushmode" / "calendars.cache";
+}
+
 KnownEvents inFolder(Date from, Date to, const devices::TimeZone& zone, const Complaint& complaint) {
-  devices::CalendarFolder folder(calendarFolder(), complaint, folderPrefix);
-  folder.rescan();
+  devices::CachedCalendarFolder folder({calendarFolder(), cacheFile(), folderPrefix, HUSHMODE_VERSION}, complaint,
+                                       wallClock());
   KnownEvents known;
-  known.calendars = calendarsIn(folder);
-  for (const auto& each : folder.occurrences(from, to, zone)) {
-    known.events.push_back({each.start, each.end, folder.calendars()[each.calendar].identifier, each.details->uniqueId,
-                            each.details->title, each.details->status, each.details->allDay});
+  auto contents = folder.read(from, to, zone);
+  for (auto& each : contents.calendars) {
+    known.calendars.push_back({each.identifier, each.title, tr("calendar folder"), each.writable});
+  }
+  for (auto& each : contents.occurrences) {
+    known.events.push_back({each.start, each.end, contents.calendars[each.calendar].identifier, std::move(each.uid),
+                            std::move(each.title), each.status, each.allDay});
   }
   return known;
 }

@@ -33,11 +33,6 @@ std::vector<KnownCalendar> knownCalendars() {
   }
   devices::CalendarFolder folder(calendarFolder(), {}, folderPrefix);
   folder.rescan();
-  return calendarsIn(folder);
-}
-
-std::vector<KnownCalendar> calendarsIn(const devices::CalendarFolder& folder) {
-  std::vector<KnownCalendar> calendars;
   for (const auto& each : folder.calendars()) {
     calendars.push_back(
         {each.identifier, each.title, tr("calendar folder"), each.calendar->allowsContentModifications()});

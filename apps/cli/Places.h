@@ -6,10 +6,6 @@
 #include <vector>
 
 /// What the phone knows: calendars and networks, from the daemon while it runs; else the calendar folder alone.
-namespace hushmode::devices {
-class CalendarFolder;
-}
-
 namespace hushmode::cli {
 
 /// What the daemon puts before the identifiers of calendars that lie in the folder, to tell them from the accounts'.
@@ -26,8 +22,6 @@ struct KnownNetwork {
 };
 
 std::vector<KnownCalendar> knownCalendars();
-/// Those of a folder, which was made with `folderPrefix`.
-std::vector<KnownCalendar> calendarsIn(const devices::CalendarFolder& folder);
 /// None without the daemon: nobody knows.
 std::optional<std::vector<KnownNetwork>> knownNetworks();
 

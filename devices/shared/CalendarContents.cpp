@@ -1,5 +1,7 @@
 #include "devices/shared/CalendarContents.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,6 +11,8 @@ namespace {
 
 /// What every series may cost before those that cost more have their turn: a month of a daily rule several times over.
 constexpr std::int64_t kWorkAtFirst = 4'096;
+
+const std::string none;
 
 }  // namespace
 
@@ -75,8 +79,12 @@ void CalendarContents::arrange() {
   spans_.order();
 }
 
+const std::string& CalendarContents::nameIn(std::string_view text) const {
+  const auto place = texts_.find(text);
+  return place == texts_.end() ? none : place->second.content.calendarName;
+}
+
 const std::string& CalendarContents::name() const {
-  static const std::string none;
   const auto named = std::find_if(texts_.begin(), texts_.end(),
                                   [](const auto& text) { return !text.second.content.calendarName.empty(); });
   return named == texts_.end() ? none : named->second.content.calendarName;
@@ -121,8 +129,9 @@ void CalendarContents::reportCuts(const Report& report) {
   for (auto& [name, text] : texts_) {
     if (!text.cut || text.cutReported) continue;
     text.cutReported = true;
-    report(name +
-           ": has more occurrences, or rules that are more work to follow, than one query allows; some are left out");
+    report(
+        tr("{}: has more occurrences, or rules that are more work to follow, than one query allows; some are left out",
+           name));
   }
 }
 

@@ -31,6 +31,16 @@ class CalendarContents {
 
   /// X-WR-CALNAME of the first text that has one; empty when none has.
   const std::string& name() const;
+  /// That of one text; empty when it has none, or there is no such text.
+  const std::string& nameIn(std::string_view text) const;
+
+  /// Calls `visit` with the name of the text and each of its entries, texts in the order of their names.
+  template <class Visit>
+  void forEachEntry(Visit visit) const {
+    for (const auto& [name, text] : texts_) {
+      for (const ICalEntry& entry : text.content.entries) visit(name, entry);
+    }
+  }
 
   /// Appends the occurrences that overlap the span, in no order. When a text has too much to expand, what it has too
   /// much of is left out, and the answer is false.
