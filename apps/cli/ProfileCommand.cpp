@@ -214,20 +214,37 @@ int copy(const Options& options) {
   return Done;
 }
 
+/// What a setting takes, in the words of ValueKinds.h.
+std::string valueOf(const Setting& setting) {
+  switch (setting.kind) {
+    case Setting::Kind::Flag:
+      return "on|off";
+    case Setting::Kind::Volume:
+      return "VOLUME";
+    case Setting::Kind::EventStatus:
+      return "any|confirmed|tentative";
+    case Setting::Kind::Tone:
+      return "TONE";
+    case Setting::Kind::AllDayEvents:
+      return "count|ignore";
+  }
+  throw std::logic_error("a setting of no kind");
+}
+
 void addSettings(CLI::App& command, Options& options) {
   command.add_flag("--all-day", options.allDay, tr("The window is the whole day"));
   command.add_option("--window", options.window, tr("The daily window, such as 08:00-17:00 or 8am-5pm"))
       ->type_name("TIMES");
   command.add_option("--calendars", options.calendars, tr("Calendars whose events switch it on, with commas between"))
-      ->type_name("NAMES");
+      ->type_name("CALENDARS");
   command.add_option("--networks", options.networks, tr("WiFi networks that switch it on, or none"))
-      ->type_name("NAMES");
+      ->type_name("NETWORKS");
   for (const Setting& setting : profileSettings()) {
     const std::string word(setting.word);
     command
         .add_option_function<std::string>(
             "--" + word, [&options, word](const std::string& text) { options.values[word] = text; }, tr(setting.help))
-        ->type_name("VALUE");
+        ->type_name(valueOf(setting));
   }
 }
 
@@ -245,7 +262,7 @@ void addProfileCommand(CLI::App& program, Command& chosen) {
     return std::pair(command, options);
   };
   const auto named = [&](const auto& made) {
-    made.first->add_option("NAME", made.second->name, tr("The profile's title"))->required();
+    made.first->add_option("NAME", made.second->name, tr("The profile's title"))->required()->type_name("PROFILE");
     return made;
   };
   const auto listing = action("list", tr("List the profiles"), "hushmode profile list", list);
@@ -253,12 +270,13 @@ void addProfileCommand(CLI::App& program, Command& chosen) {
   const auto showing = named(action("show", tr("Show all settings of a profile"), "hushmode profile show Work", show));
   showing.first->add_flag("--json", showing.second->json, tr("Print a JSON object"));
   const auto adding =
-      named(action("add", tr("Add a profile"), "hushmode profile add Work --window 08:00-17:00 --ringtone 5%", add));
+      action("add", tr("Add a profile"), "hushmode profile add Work --window 08:00-17:00 --ringtone 5%", add);
+  adding.first->add_option("NAME", adding.second->name, tr("Its title"))->required()->type_name("TITLE");
   addSettings(*adding.first, *adding.second);
   const auto editing = named(
       action("edit", tr("Change settings of a profile"), "hushmode profile edit Work --media 20% --icon on", edit));
   addSettings(*editing.first, *editing.second);
-  editing.first->add_option("--title", editing.second->title, tr("Its new title"))->type_name("NAME");
+  editing.first->add_option("--title", editing.second->title, tr("Its new title"))->type_name("TITLE");
   editing.first->add_flag("--editor", editing.second->editor, tr("Open it as text in $EDITOR"));
   named(action("remove", tr("Remove a profile"), "hushmode profile remove Work", remove));
   named(action("enable", tr("Let a profile take part again"), "hushmode profile enable Work",
@@ -267,7 +285,9 @@ void addProfileCommand(CLI::App& program, Command& chosen) {
                [](const Options& options) { return setEnabled(options, false); }));
   const auto copying = named(
       action("copy", tr("Copy a profile under another title"), "hushmode profile copy Work \"Work at home\"", copy));
-  copying.first->add_option("NEW", copying.second->newTitle, tr("The title of the copy"))->required();
+  copying.first->add_option("NEW", copying.second->newTitle, tr("The title of the copy"))
+      ->required()
+      ->type_name("TITLE");
 }
 
 }  // namespace hushmode::cli

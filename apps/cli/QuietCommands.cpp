@@ -170,14 +170,16 @@ int schedule(const Options& options) {
 void addQuietCommands(CLI::App& program, Command& chosen) {
   const auto quietOptions = std::make_shared<Options>(), scheduleOptions = std::make_shared<Options>();
   CLI::App* quietly = program.add_subcommand("quiet", tr("Quiet from now on, for a while"));
-  quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))->required();
-  quietly->add_option("--profile", quietOptions->profile, tr("By which profile"))->type_name("NAME");
+  quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))
+      ->required()
+      ->type_name("LENGTH");
+  quietly->add_option("--profile", quietOptions->profile, tr("By which profile"))->type_name("PROFILE");
   quietly->footer(tr("Example:\n  {}", "hushmode quiet 90m"));
   quietly->final_callback([quietOptions, &chosen] { chosen = [quietOptions] { return quiet(*quietOptions); }; });
 
   CLI::App* hours = program.add_subcommand("schedule", tr("Quiet hours without a calendar, over midnight too"));
-  hours->add_option("NAME", scheduleOptions->profile, tr("The profile's title"));
-  hours->add_option("HOURS", scheduleOptions->hours, tr("From when to when, such as 22:00-06:00"));
+  hours->add_option("NAME", scheduleOptions->profile, tr("The profile's title"))->type_name("PROFILE");
+  hours->add_option("HOURS", scheduleOptions->hours, tr("From when to when, such as 22:00-06:00"))->type_name("TIMES");
   hours
       ->add_option("--days", scheduleOptions->days, tr("On which days they begin, such as mon,tue; without: every day"))
       ->type_name("DAYS");

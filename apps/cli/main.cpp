@@ -1,66 +1,45 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Daemon.h"
+#include "apps/cli/Help.h"
 #include "apps/cli/Text.h"
+#include "apps/cli/WrongUse.h"
 #include "apps/simulation/JsonReader.h"
 
 #include <clocale>
 #include <exception>
 #include <iostream>
 #include <string>
-#include <vector>
+#include <unistd.h>
 
 using namespace hushmode;
 
 namespace {
 
-/// A first word that is no command, told with the nearest one.
-void requireKnownCommand(const CLI::App& program, int argc, char** argv) {
-  if (argc < 2 || argv[1][0] == '-') return;
-  std::vector<std::string> known;
-  for (const CLI::App* command : program.get_subcommands({})) {
-    if (command->get_name() == argv[1]) return;
-    known.push_back(command->get_name());
+/// Adds commands of one purpose; those that have said one of their own keep it.
+template <class... Add>
+void addCommands(CLI::App& program, cli::Command& chosen, const std::string& purpose, Add... add) {
+  (add(program, chosen), ...);
+  for (CLI::App* each : program.get_subcommands({})) {
+    if (each->get_group() == "Subcommands") each->group(purpose);
   }
-  const std::string near = simulation::nearestOf(argv[1], known);
-  throw simulation::InputError("\"" + std::string(argv[1]) + "\" is no command" +
-                               (near.empty() ? "; see hushmode --help" : "; did you mean \"" + near + "\"?"));
 }
 
-}  // namespace
+void addAllCommands(CLI::App& program, cli::Command& chosen) {
+  using cli::tr;
+  addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand);
+  addCommands(program, chosen, tr("Now"), cli::addStatusCommands, cli::addQuietCommands, cli::addRescueCommand);
+  addCommands(program, chosen, tr("What comes, and why"), cli::addAgendaCommand);
+  addCommands(program, chosen, tr("Trying it out"), cli::addSimulateCommand, cli::addEventsCommand);
+  addCommands(program, chosen, tr("Help"), cli::addHelpCommand, cli::addCompleteCommand);
+}
 
-int main(int argc, char** argv) {
-  std::ios::sync_with_stdio(false);
-  std::setlocale(LC_ALL, "");
-  std::setlocale(LC_NUMERIC, "C");  // Property lists and times are written with a point, whatever the language.
-  ::bindtextdomain("hushmode", HUSHMODE_LOCALE_FOLDER);
-  ::textdomain("hushmode");
-  CLI::App program("Hush Mode: silences a phone by calendar, clock and network.", "hushmode");
-  program.set_version_flag("--version", HUSHMODE_VERSION);
-  program.require_subcommand(1);
-  program.footer(
-      "Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n"
-      "\"hushmode COMMAND --help\" tells more of a command.");
-  cli::Command chosen;
-  cli::addProfileCommand(program, chosen);
-  cli::addStatusCommands(program, chosen);
-  cli::addQuietCommands(program, chosen);
-  cli::addAgendaCommand(program, chosen);
-  cli::addRescueCommand(program, chosen);
-  cli::addSimulateCommand(program, chosen);
-  cli::addEventsCommand(program, chosen);
+int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
   try {
-    requireKnownCommand(program, argc, argv);
     program.parse(argc, argv);
-    const int code = chosen();
-    std::cout.flush();
-    if (!std::cout) {
-      std::cerr << "hushmode: the output could not be written\n";
-      return cli::No;
-    }
-    return code;
+    return chosen();
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return program.exit(error);  // --help and --version are no mistakes.
-    std::cerr << "hushmode: " << error.what() << "; see hushmode --help\n";
+    std::cerr << "hushmode: " << cli::wrongUse(program, error) << '\n';
     return cli::WrongInput;
   } catch (const simulation::InputError& error) {
     std::cerr << "hushmode: " << error.what() << '\n';
@@ -72,4 +51,36 @@ int main(int argc, char** argv) {
     std::cerr << "hushmode: unexpected: " << error.what() << '\n';
     return cli::No;
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  std::setlocale(LC_ALL, "");
+  std::setlocale(LC_NUMERIC, "C");  // Property lists and times are written with a point, whatever the language.
+  ::bindtextdomain("hushmode", HUSHMODE_LOCALE_FOLDER);
+  ::textdomain("hushmode");
+  CLI::App program(cli::tr("Hush Mode: silences a phone by calendar, clock and network."), "hushmode");
+  program.formatter(std::make_shared<cli::HelpFormatter>(cli::helpColumns(), cli::Terminal::of(STDOUT_FILENO)));
+  program.option_defaults()->always_capture_default();
+  program.set_help_flag("-h,--help", cli::tr("Print this help"));
+  program.set_version_flag("--version", HUSHMODE_VERSION, cli::tr("Print the version"));
+  program.require_subcommand(1);
+  program.footer(
+      cli::tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n\n"
+              "\"hushmode COMMAND --help\" tells more of a command.\n\n"
+              "Examples:\n"
+              "  hushmode profile add Work --window 08:00-17:00 --ringtone 5%\n"
+              "  hushmode quiet 90m\n"
+              "  hushmode status"));
+  cli::Command chosen;
+  addAllCommands(program, chosen);
+  const int code = run(program, chosen, argc, argv);
+  std::cout.flush();
+  if (!std::cout) {
+    std::cerr << "hushmode: " << cli::tr("the output could not be written") << '\n';
+    return cli::No;
+  }
+  return code;
 }

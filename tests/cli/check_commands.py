@@ -159,7 +159,7 @@ class WrongInput(TemporaryFolder):
 
     def test_options(self):
         cases = [
-            ([], ["subcommand"]),
+            ([], ["expected a command", "profile"]),
             (["simulate", "--jsno"], ["--jsno"]),
             (["simulat"], ['"simulate"']),
             (["simulate"], ["scenario file", "--profiles", "--calendars"]),

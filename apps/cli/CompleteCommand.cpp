@@ -1,0 +1,89 @@
+// hushmode complete: names for the shell's completion, one a line. It is asked at each press of a key, so it is quick,
+// and silent about what does not work.
+
+#include "apps/cli/Commands.h"
+#include "apps/cli/Daemon.h"
+#include "apps/cli/Places.h"
+#include "apps/cli/ProfileStore.h"
+#include "util/Numbers.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+namespace hushmode::cli {
+
+namespace {
+
+std::vector<std::string> profileTitles() {
+  std::vector<std::string> titles;
+  for (const platform::Dictionary& each : ProfileStore::open()->list()) {
+    if (const auto title = textMeaning(each.find("title"))) titles.push_back(*title);
+  }
+  return titles;
+}
+
+/// Identifiers stand for titles that several calendars have.
+std::vector<std::string> calendarNames() {
+  const auto calendars = knownCalendars();
+  std::vector<std::string> names;
+  for (const KnownCalendar& each : calendars) {
+    const auto called = std::count_if(calendars.begin(), calendars.end(),
+                                      [&](const KnownCalendar& other) { return other.title == each.title; });
+    names.push_back(called == 1 ? each.title : each.identifier);
+  }
+  return names;
+}
+
+std::vector<std::string> networkNames() {
+  std::vector<std::string> names;
+  for (const KnownNetwork& each : knownNetworks().value_or(std::vector<KnownNetwork>())) names.push_back(each.name);
+  return names;
+}
+
+/// From the table of the system's time zone database: columns, the third of which is the name.
+std::vector<std::string> zoneNames() {
+  std::vector<std::string> names{"UTC"};
+  std::ifstream table("/usr/share/zoneinfo/zone1970.tab");
+  for (std::string line; std::getline(table, line);) {
+    std::istringstream columns(line);
+    std::string countries, place, name;
+    if (!line.starts_with("#") && columns >> countries >> place >> name) names.push_back(name);
+  }
+  return names;
+}
+
+const std::vector<std::pair<std::string, std::vector<std::string> (*)()>> kinds = {
+    {"profiles", profileTitles}, {"calendars", calendarNames}, {"networks", networkNames}, {"zones", zoneNames}};
+
+int complete(const std::string& asked) {
+  for (const auto& [kind, names] : kinds) {
+    if (kind != asked) continue;
+    try {
+      for (const std::string& name : names()) {
+        // A name with control characters can be no line, and nobody could type it.
+        const bool isLine =
+            std::none_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; });
+        if (isLine && !name.empty()) std::cout << name << '\n';
+      }
+      return Done;
+    } catch (const std::exception&) {
+      return No;  // The command that is being typed will say why.
+    }
+  }
+  return WrongInput;
+}
+
+}  // namespace
+
+void addCompleteCommand(CLI::App& program, Command& chosen) {
+  const auto asked = std::make_shared<std::string>();
+  CLI::App* command = program.add_subcommand("complete", "Names for the shell's completion");
+  command->group("");  // Hidden: it is no command for people.
+  command->add_option("KIND", *asked, "Which names")->required()->type_name("profiles|calendars|networks|zones");
+  command->final_callback([asked, &chosen] { chosen = [asked] { return complete(*asked); }; });
+}
+
+}  // namespace hushmode::cli

@@ -1,0 +1,127 @@
+#include "apps/cli/WrongUse.h"
+
+#include "apps/cli/Help.h"
+#include "apps/cli/Terminal.h"
+#include "apps/cli/Text.h"
+#include "apps/cli/ValueKinds.h"
+#include "apps/simulation/JsonReader.h"
+
+#include <algorithm>
+
+namespace hushmode::cli {
+
+namespace {
+
+/// The command within the program: "profile edit: ". Empty for the program itself, which every message names.
+std::string place(const CLI::App& command) {
+  const std::string name = fullName(command);
+  const auto blank = name.find(' ');
+  return blank == std::string::npos ? "" : name.substr(blank + 1) + ": ";
+}
+
+/// The innermost command that was named.
+const CLI::App& namedCommand(const CLI::App& program) {
+  const CLI::App* command = &program;
+  while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
+  return *command;
+}
+
+std::vector<std::string> commandNames(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::App* each : shownCommands(command)) names.push_back(each->get_name());
+  return names;
+}
+
+std::string listed(const std::vector<std::string>& words) {
+  std::string list;
+  for (const std::string& each : words) list += (list.empty() ? "" : ", ") + each;
+  return list;
+}
+
+std::string unknownOption(const CLI::App& command, const std::string& given) {
+  const std::string name = given.substr(0, given.find('='));
+  std::vector<std::string> known;
+  for (const CLI::Option* each : shownArguments(command)) {
+    for (const std::string& option : optionNames(*each)) known.push_back(option);
+  }
+  // Short ones are all near each other.
+  const std::string near = name.starts_with("--") ? simulation::nearestOf(name, known) : "";
+  return near.empty() ? place(command) + tr("there is no option {0}; see {1} --help", harmless(name), fullName(command))
+                      : place(command) + tr("there is no option {0}; did you mean {1}?", harmless(name), near);
+}
+
+std::string unknownCommand(const CLI::App& command, const std::string& given) {
+  const std::string near = simulation::nearestOf(given, commandNames(command));
+  if (!near.empty()) return place(command) + tr("\"{0}\" is no command; did you mean \"{1}\"?", harmless(given), near);
+  for (const CLI::App* group : shownCommands(command)) {
+    const auto names = commandNames(*group);
+    if (std::find(names.begin(), names.end(), given) != names.end()) {
+      return tr("\"{0}\" is no command; did you mean \"{1} {0}\"?", given, group->get_name());
+    }
+  }
+  return place(command) + tr("\"{0}\" is no command; see {1} --help", harmless(given), fullName(command));
+}
+
+/// What the command line has too much; empty when nothing is.
+std::string leftOver(const CLI::App& command) {
+  const auto words = command.remaining();
+  if (words.empty()) return "";
+  const auto option = std::find_if(words.begin(), words.end(), [](const auto& each) { return each.starts_with("-"); });
+  if (option != words.end()) return unknownOption(command, *option);
+  if (!shownCommands(command).empty()) return unknownCommand(command, words.front());
+  return place(command) + tr("\"{}\" is too much; a text with blanks needs quotation marks", harmless(words.front()));
+}
+
+/// The argument that the parser's message names first.
+const CLI::Option* namedArgument(const CLI::App& command, const std::string& message) {
+  const CLI::Option* named = nullptr;
+  std::size_t first = std::string::npos, length = 0;
+  for (const CLI::Option* each : command.get_options()) {
+    const std::string name = each->get_name();
+    const auto place = message.find(name);
+    if (place > first || place == std::string::npos || (place == first && name.size() < length)) continue;
+    named = each;
+    first = place;
+    length = name.size();
+  }
+  return named;
+}
+
+std::string expectation(const CLI::Option& argument) {
+  const ValueKind kind = valueKindOf(argument);
+  if (kind.least && kind.most) return tr("a number from {0} to {1}", *kind.least, *kind.most);
+  if (kind.least) return tr("a number from {} on", *kind.least);
+  if (kind.source == ValueKind::Source::Choices) return tr("one of {}", listed(kind.choices));
+  return kind.word == "NUMBER" ? tr("a whole number") : kind.word;
+}
+
+}  // namespace
+
+std::string wrongUse(const CLI::App& program, const CLI::ParseError& error) {
+  const CLI::App& command = namedCommand(program);
+  if (const std::string text = leftOver(command); !text.empty()) return text;
+  const std::string at = place(command);
+  const CLI::Option* argument = namedArgument(command, error.what());
+  if (dynamic_cast<const CLI::RequiredError*>(&error)) {
+    if (!argument) return at + tr("expected a command, one of {}", listed(commandNames(command)));
+    return at + tr("{0} is missing: {1}", argument->get_name(), argument->get_description());
+  }
+  if (argument && dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
+    return at + tr("{0} needs {1} behind it", argument->get_name(), expectation(*argument));
+  }
+  const auto results = argument ? argument->results() : std::vector<std::string>();
+  const bool isWrongValue =
+      dynamic_cast<const CLI::ConversionError*>(&error) || dynamic_cast<const CLI::ValidationError*>(&error);
+  if (isWrongValue && !results.empty()) {
+    const ValueKind kind = valueKindOf(*argument);
+    if (kind.word.empty()) return at + tr("{} takes no value", argument->get_name());
+    const std::string near = simulation::nearestOf(results.back(), kind.choices);
+    const std::string given = argument->get_name() + " " + harmless(results.back());
+    return near.empty() ? at + tr("{0}: expected {1}", given, expectation(*argument))
+                        : at + tr("{0}: expected {1}; did you mean \"{2}\"?", given, expectation(*argument), near);
+  }
+  // The parser's own words for the rest, which are about how arguments go together.
+  return at + tr("{0}; see {1} --help", harmless(error.what()), fullName(command));
+}
+
+}  // namespace hushmode::cli

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+namespace hushmode::cli {
+
+/// What is wrong with a command line that the parser refused, in one line: which command, what was expected, and the
+/// nearest valid choice.
+std::string wrongUse(const CLI::App& program, const CLI::ParseError& error);
+
+}  // namespace hushmode::cli
