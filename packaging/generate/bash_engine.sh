@@ -1,0 +1,155 @@
+# Completion of hushmode for bash. Made by packaging/generate from the program's own commands; do not edit.
+# shellcheck shell=bash
+
+# Sets what a command offers.
+_hushmode_offers() { # COMMAND
+  commands='' options=''
+  case $1 in
+    # OFFERS
+  esac
+}
+
+# Sets how a value is completed: behind an option, or at a place ("1" for the first; "+" for any).
+_hushmode_value() { # COMMAND OPTION-OR-PLACE
+  action=''
+  case "$1 $2" in
+    # VALUES
+  esac
+}
+
+# Reads the line up to the cursor as the shell would: words, and the one being typed, without their quotation marks.
+# `head` is what of that word lies before the text that readline replaces, and `quote` the mark that is open.
+_hushmode_read() {
+  local line=${COMP_LINE:0:COMP_POINT} i char escaped='' begun=''
+  words=() word='' head='' quote=''
+  for ((i = 0; i < ${#line}; i++)); do
+    char=${line:i:1}
+    if [[ $escaped ]]; then
+      [[ $quote && $char != [\$\`\"\\] ]] && word+=\\
+      word+=$char escaped=''
+    elif [[ $quote ]]; then
+      if [[ $char == "$quote" ]]; then
+        quote='' head=$word
+      elif [[ $quote == '"' && $char == \\ ]]; then
+        escaped=1
+      else
+        word+=$char
+      fi
+    elif [[ $char == [[:blank:]] ]]; then
+      [[ $begun ]] && words+=("$word")
+      word='' head='' begun=''
+    else
+      begun=1
+      case $char in
+        \\) escaped=1 ;;
+        [\"\']) quote=$char head=$word ;;
+        *)
+          word+=$char
+          [[ $COMP_WORDBREAKS == *"$char"* ]] && head=$word
+          ;;
+      esac
+    fi
+  done
+}
+
+# A text as it must stand behind `quote`, without the closing mark.
+_hushmode_quoted() { # TEXT
+  local text=$1
+  case $quote in
+    "'") printf '%s' "${text//\'/\'\\\'\'}" ;;
+    '"')
+      text=${text//\\/\\\\} text=${text//\"/\\\"} text=${text//\$/\\\$} text=${text//\`/\\\`}
+      printf '%s' "${text//!/\"\'!\'\"}" # A "!" would call the shell's history.
+      ;;
+    *) printf '%q' "$text" ;;
+  esac
+}
+
+# Offers those of the texts that continue `word`.
+_hushmode_reply() { # TEXT...
+  local text
+  for text; do
+    [[ $text == "$word"* ]] && COMPREPLY+=("$(_hushmode_quoted "${text#"$head"}")")
+  done
+}
+
+# Offers the texts behind what the word begins with; of a list, those that are not yet in it, behind its last comma.
+_hushmode_offer() { # BEGINNING IS-LIST TEXT...
+  local begin=$1 list=$2 given=, text
+  shift 2
+  local -a offered=()
+  if [[ $list && $word == "$begin"*,* ]]; then
+    given=${word#"$begin"}
+    given=,${given%,*},
+    given=${given//, /,}
+    begin=${word%,*},
+    while [[ $word == "$begin "* ]]; do begin+=' '; done
+  fi
+  for text; do
+    [[ $given == *",$text,"* ]] || offered+=("$begin$text")
+  done
+  _hushmode_reply "${offered[@]}"
+}
+
+# Offers values by the action of _hushmode_value.
+_hushmode_complete() { # BEGINNING
+  local -a names words_of
+  read -ra words_of <<<"$action"
+  case ${words_of[0]} in
+    names | list)
+      mapfile -t names < <(hushmode complete "${words_of[1]}" 2>/dev/null)
+      [[ ${words_of[0]} == list ]] && local list=1
+      _hushmode_offer "$1" "${list-}" "${names[@]}" "${words_of[@]:2}"
+      ;;
+    words) _hushmode_offer "$1" '' "${words_of[@]:1}" ;;
+    wordlist) _hushmode_offer "$1" 1 "${words_of[@]:1}" ;;
+    files | folders)
+      compopt -o filenames 2>/dev/null
+      local kind=-f
+      [[ ${words_of[0]} == folders ]] && kind=-d
+      mapfile -t COMPREPLY < <(compgen "$kind" -- "${word#"$1"}")
+      ;;
+  esac
+}
+
+_hushmode() {
+  local -a words
+  local word head quote commands options action each path=hushmode place=1 option='' only_places=''
+  COMPREPLY=()
+  _hushmode_read
+  for each in "${words[@]:1}"; do
+    _hushmode_offers "$path"
+    if [[ $option ]]; then
+      option=''
+    elif [[ ! $only_places && $each == -- ]]; then
+      only_places=1
+    elif [[ ! $only_places && $each == -?* ]]; then
+      _hushmode_value "$path" "$each"
+      [[ $action ]] && option=$each
+    elif [[ " $commands " == *" $each "* ]]; then
+      path+=" $each"
+    else
+      ((place++))
+    fi
+  done
+  _hushmode_offers "$path"
+  if [[ $option ]]; then
+    _hushmode_value "$path" "$option"
+    _hushmode_complete ''
+  elif [[ ! $only_places && $word == --*=* ]]; then
+    _hushmode_value "$path" "${word%%=*}"
+    _hushmode_complete "${word%%=*}="
+  elif [[ ! $only_places && $word == -* ]]; then
+    # shellcheck disable=SC2086  # a list of words
+    _hushmode_reply $options
+  elif [[ $commands ]]; then
+    # shellcheck disable=SC2086
+    _hushmode_reply $commands
+  else
+    _hushmode_value "$path" "$place"
+    [[ $action ]] || _hushmode_value "$path" +
+    _hushmode_complete ''
+  fi
+}
+
+complete -F _hushmode hushmode
