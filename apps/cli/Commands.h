@@ -23,6 +23,8 @@ void addProfileCommand(CLI::App& program, Command& chosen);
 void addStatusCommands(CLI::App& program, Command& chosen);
 void addQuietCommands(CLI::App& program, Command& chosen);
 void addAgendaCommand(CLI::App& program, Command& chosen);
+void addExplainCommand(CLI::App& program, Command& chosen);
+void addDoctorCommand(CLI::App& program, Command& chosen);
 void addHelpCommand(CLI::App& program, Command& chosen);
 void addCompleteCommand(CLI::App& program, Command& chosen);
 void addRescueCommand(CLI::App& program, Command& chosen);

@@ -20,7 +20,8 @@ using platform::Date;
 namespace {
 
 struct Options {
-  std::string name, at;
+  std::string name;
+  std::optional<std::string> at;
   bool verbose = false, json = false;
 };
 
@@ -54,9 +55,9 @@ int explainProfile(const Options& options) {
   const auto profile = profileNamed(store->list(), options.name);
   const auto zone = userZone();
   const Date now = wallClock();
-  const bool isNow = options.at.empty();
+  const bool isNow = !options.at;
   Moment moment;
-  moment.at = isNow ? now : parseMoment(options.at, *zone, now);
+  moment.at = isNow ? now : parseMoment(*options.at, *zone, now);
   moment.masterSwitch = store->isEnabled();
   if (isNow) lookAtNetwork(moment);
 
@@ -94,7 +95,7 @@ void addExplainCommand(CLI::App& program, Command& chosen) {
   command->add_flag("--verbose", options->verbose, tr("Also what was decided on that day until then, line by line"));
   command->add_flag("--json", options->json, tr("Print a JSON object"));
   command->footer(
-      tr("For other times than now the profile counts as it is set now.\n"
+      tr("For other times than now the profile counts as it is set now.\n\n"
          "Exit codes: 0 the profile is on at that minute, 1 it is off.\n\nExample:\n  {}",
          "hushmode explain Meetings --at 14:20"));
   command->final_callback([options, &chosen] { chosen = [options] { return explainProfile(*options); }; });

@@ -23,7 +23,8 @@ std::optional<int> meantBy(const WindowTime& time) {
 }  // namespace
 
 std::string profileWord(const ProfileRules& rules) {
-  const bool canBeTyped = !rules.title.empty() && rules.title.front() != '-' && harmless(rules.title) == rules.title;
+  const bool canBeTyped = rules.isNamedByTitle && !rules.title.empty() && rules.title.front() != '-' &&
+                          harmless(rules.title) == rules.title;
   return canBeTyped ? shellWord(rules.title) : std::to_string(rules.identifier);
 }
 

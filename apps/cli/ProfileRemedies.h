@@ -10,7 +10,7 @@
 namespace hushmode::cli {
 
 /// The profile as commands name it: its title, quoted for a shell where it must be; its identifier when the title
-/// cannot be typed.
+/// cannot be typed or is another's, too.
 std::string profileWord(const ProfileRules& rules);
 
 /// "hushmode profile edit NAME", and `options`, which are ready for a shell.

@@ -23,7 +23,8 @@ struct WindowTime {
 /// When a profile is to be on, as the library reads it from a dictionary of the profiles file.
 struct ProfileRules {
   std::int64_t identifier = 0;
-  std::string title;  ///< As `titleOf` says.
+  std::string title;           ///< As `titleOf` says.
+  bool isNamedByTitle = true;  ///< Commands find it by its title; false where another one comes first.
   bool enabled = false, allDay = false;
   WindowTime start, end;               ///< Of no meaning when all-day.
   std::vector<std::string> calendars;  ///< Identifiers; those that are writable now when the profile names none yet.

@@ -28,7 +28,8 @@ void addAllCommands(CLI::App& program, cli::Command& chosen) {
   using cli::tr;
   addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand);
   addCommands(program, chosen, tr("Now"), cli::addStatusCommands, cli::addQuietCommands, cli::addRescueCommand);
-  addCommands(program, chosen, tr("What comes, and why"), cli::addAgendaCommand);
+  addCommands(program, chosen, tr("What comes, and why"), cli::addAgendaCommand, cli::addExplainCommand,
+              cli::addDoctorCommand);
   addCommands(program, chosen, tr("Trying it out"), cli::addSimulateCommand, cli::addEventsCommand);
   addCommands(program, chosen, tr("Help"), cli::addHelpCommand, cli::addCompleteCommand);
 }
