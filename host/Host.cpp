@@ -59,7 +59,7 @@ void Host::kill() {
 
 void Host::startProcess() {
   enabled_ = false;
-  restore_ = std::make_unique<RestoreGuard>(device_, [this](const std::string& line) { sayOnce(line); });
+  restore_ = std::make_unique<RestoreGuard>(device_, [this](const Message& message) { sayOnce(message); });
   process_ = std::make_unique<platform::Process>(device_);
   manager();
   watch_ = std::make_unique<SwitchWatch>(
@@ -96,7 +96,7 @@ void Host::start() {
 
 void Host::stop() {
   if (!process_) return;
-  watch_->setCause("Hush Mode stopped");
+  watch_->setCause(Reason{Reason::Kind::Stopped});
   putBackAll();
   watch_->finish();
   kill();
@@ -120,7 +120,7 @@ void Host::perform(const std::function<void()>& work) {
   try {
     work();
   } catch (const std::exception& fault) {
-    sayOnce(std::string("a piece of work ended with an error: ") + fault.what());
+    sayOnce(Message("a piece of work ended with an error: {0}", std::string(fault.what())));
     planned_ = true;
   }
   end();
@@ -153,14 +153,14 @@ void Host::end() {
     planned_ = false;
     watch_->look();
   } catch (const std::exception& fault) {
-    sayOnce(std::string("the host's own work ended with an error: ") + fault.what());
+    sayOnce(Message("the host's own work ended with an error: {0}", std::string(fault.what())));
   }
   --depth_;
   if (onChange_) onChange_();
 }
 
-void Host::sayOnce(const std::string& line) {
-  if (said_.insert(line).second) say_(line);
+void Host::sayOnce(const Message& message) {
+  if (said_.insert(message.english()).second) say_(message);
 }
 
 std::vector<Host::Profile> Host::appliedProfiles() const {
@@ -234,7 +234,7 @@ void Host::followMasterSwitch() {
 }
 
 void Host::switchOff() {
-  watch_->setCause("Hush Mode switched off");
+  watch_->setCause(Reason{Reason::Kind::SwitchedOff});
   manager()->handleHushmodeEnabledOrDisabled();
   device_.disarmWakeUps();
   ScheduledEvents none;
@@ -244,7 +244,7 @@ void Host::switchOff() {
   manager()->setEventStoreUpdateTimer(nullptr);
   planned_ = true;
   watch_->look();
-  watch_->setCause({});
+  watch_->setCause(std::nullopt);
 }
 
 void Host::profilesFileChanged() {

@@ -28,18 +28,21 @@ class EditError : public std::runtime_error {
     TitleTaken,  ///< Another profile bears that title.
     NotSaved     ///< The profiles file could not be written.
   };
-  EditError(Kind kind, const std::string& text) : std::runtime_error(text), kind_(kind) {}
+  EditError(Kind kind, Message message)
+      : std::runtime_error(message.english()), kind_(kind), message_(std::move(message)) {}
   Kind kind() const { return kind_; }
+  const Message& message() const { return message_; }
 
  private:
   Kind kind_;
+  Message message_;
 };
 
 /// A profile that is applied now, for those who show it.
 struct AppliedProfile {
   std::int64_t identifier = 0;
   std::string title;
-  std::string reason;  ///< As a switch tells it.
+  Reason reason;  ///< As a switch tells it.
   platform::Date since{0};
   std::optional<platform::Date> until;  ///< When it ends by itself; none where nothing known ends it.
 };
@@ -59,7 +62,7 @@ struct Rescue {
 };
 
 /// What is wrong with a time of the profile's window, or none: a profile with such a time cannot be planned.
-std::optional<std::string> unreadableTime(const HMProfile& profile);
+std::optional<Message> unreadableTime(const HMProfile& profile);
 
 /// What the home screen's process does with the library: it hands it every trigger, keeps it to what the phone's user
 /// expects, and sees to it that a phone is never left silent.
@@ -74,7 +77,7 @@ std::optional<std::string> unreadableTime(const HMProfile& profile);
 /// It knows no service and no device: only the declarations of platform/. Main thread; the phone must outlive it.
 class Host {
  public:
-  using Say = std::function<void(const std::string& line)>;
+  using Say = std::function<void(const Message& message)>;
 
   /// The delayed steps of a switch (tone, media volume, vibrate switches) are over by then.
   static constexpr double settleSeconds = 3.0;
@@ -83,7 +86,7 @@ class Host {
   /// A network that is gone for less than this was not left.
   static constexpr double leaveSeconds = 10.0;
 
-  /// `say` gets a line for people whenever something is not as it should be; each complaint once.
+  /// `say` gets a message for people whenever something is not as it should be; each complaint once.
   Host(platform::Device& phone, Say say);
   /// As the death of a process: nothing is reverted.
   ~Host();
@@ -176,7 +179,7 @@ class Host {
   /// Runs `work` as a piece and lets out what it throws, with the guards in force.
   template <class Work>
   void edit(Work work);
-  void sayOnce(const std::string& line);
+  void sayOnce(const Message& message);
 
   // Planning (HostPlanning.cpp).
   void planNow(bool reload);

@@ -29,18 +29,18 @@ HMProfilesManager::Failure keeping(std::optional<std::string>& refusal) {
 
 void requireFreeTitle(const HMProfile& profile) {
   if (!profile.title() || profile.title()->empty()) {
-    throw EditError(EditError::Kind::InvalidArgument, "a profile needs a title");
+    throw EditError(EditError::Kind::InvalidArgument, Message("a profile needs a title"));
   }
   for (const auto& each : manager()->profiles()) {
     if (each->identifier() != profile.identifier() && each->title() == profile.title()) {
-      throw EditError(EditError::Kind::TitleTaken, "another profile is called \"" + *profile.title() + "\"");
+      throw EditError(EditError::Kind::TitleTaken, Message("another profile is called \"{0}\"", *profile.title()));
     }
   }
 }
 
 void requireReadableTimes(const HMProfile& profile) {
   if (const auto fault = unreadableTime(profile)) {
-    throw EditError(EditError::Kind::InvalidArgument, *fault + "; write times as \"8:00 AM\"");
+    throw EditError(EditError::Kind::InvalidArgument, Message("{0}; write times as \"8:00 AM\"", *fault));
   }
 }
 
@@ -49,7 +49,7 @@ auto placeOf(std::int64_t identifier) {
   const auto place = std::find_if(profiles.begin(), profiles.end(),
                                   [&](const auto& each) { return each->identifier() == identifier; });
   if (place == profiles.end()) {
-    throw EditError(EditError::Kind::UnknownProfile, "no profile has the identifier " + std::to_string(identifier));
+    throw EditError(EditError::Kind::UnknownProfile, Message("no profile has the identifier {0}", identifier));
   }
   return place;
 }
@@ -89,7 +89,7 @@ std::int64_t Host::addProfile(const Dictionary& profile) {
     manager()->addProfile(added, nullptr, keeping(refusal));
     if (refusal) {
       std::erase(manager()->profiles(), added);
-      throw EditError(EditError::Kind::NotSaved, *refusal);
+      throw EditError(EditError::Kind::NotSaved, Message::verbatim(*refusal));
     }
     identifier = added->identifier();
     if (enabled_ && added->isEnabled()) planOne(added, true);
@@ -119,7 +119,7 @@ void Host::updateProfile(std::int64_t identifier, const Dictionary& changes) {
     manager()->updateProfile(next, nullptr, keeping(refusal));
     if (refusal) {
       *placeOf(identifier) = current;
-      throw EditError(EditError::Kind::NotSaved, *refusal);
+      throw EditError(EditError::Kind::NotSaved, Message::verbatim(*refusal));
     }
     clearStaleMarks();
     // Still on: the new settings take over from the old without a detour.
@@ -137,7 +137,7 @@ void Host::deleteProfile(std::int64_t identifier) {
     manager()->deleteProfile(deleted, nullptr, keeping(refusal));
     if (refusal) {
       manager()->profiles().insert(manager()->profiles().begin() + place, deleted);
-      throw EditError(EditError::Kind::NotSaved, *refusal);
+      throw EditError(EditError::Kind::NotSaved, Message::verbatim(*refusal));
     }
     deleted->stopTimer();
     deleted->stopTimers();

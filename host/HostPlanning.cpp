@@ -20,7 +20,9 @@ namespace {
 
 std::shared_ptr<HMProfilesManager> manager() { return HMProfilesManager::sharedManager(); }
 
-std::string quotedTitle(HMProfile& profile) { return "profile \"" + profile.title().value_or("(no title)") + "\""; }
+Message titleOf(const HMProfile& profile) {
+  return profile.title() ? Message::verbatim(*profile.title()) : Message("(no title)");
+}
 
 /// What the library arms is given this long to do its work before the host looks whether it did.
 constexpr double libraryFirstSeconds = 1.0;
@@ -30,14 +32,14 @@ constexpr double leastSecondsOn = 2.0;
 
 }  // namespace
 
-std::optional<std::string> unreadableTime(const HMProfile& profile) {
+std::optional<Message> unreadableTime(const HMProfile& profile) {
   if (profile.isAllDay()) return std::nullopt;
-  try {
-    for (const auto& time : {profile.startTime(), profile.endTime()}) {
+  for (const auto& time : {profile.startTime(), profile.endTime()}) {
+    try {
       if (time) splitTimeOfDay(*time);
+    } catch (const std::out_of_range&) {
+      return Message("time of day \"{0}\" has no \":\"; expected a text such as \"8:00 AM\"", *time);
     }
-  } catch (const std::out_of_range& fault) {
-    return fault.what();
   }
   return std::nullopt;
 }
@@ -45,7 +47,8 @@ std::optional<std::string> unreadableTime(const HMProfile& profile) {
 bool Host::isWindowReadable(const Profile& profile) {
   const auto fault = unreadableTime(*profile);
   if (fault) {
-    sayOnce(quotedTitle(*profile) + ": " + *fault + ". It rests until that is mended; write times as \"8:00 AM\".");
+    sayOnce(Message("profile \"{0}\": {1}. It rests until that is mended; write times as \"8:00 AM\".",
+                    titleOf(*profile), *fault));
   }
   return !fault;
 }
@@ -54,9 +57,11 @@ void Host::planOne(const Profile& profile, bool shouldProceedAnyCase) {
   if (!isWindowReadable(profile)) return;
   if (!profile->isAllDay() &&
       profile->dateFromTime(profile->endTime()) <= profile->dateFromTime(profile->startTime())) {
-    sayOnce(quotedTitle(*profile) + ": its window ends (" + profile->endTime().value_or("12:00 AM") +
-            ") before it starts (" + profile->startTime().value_or("12:00 AM") +
-            "), so it never opens. Make two profiles of it, one until midnight and one from midnight on.");
+    sayOnce(
+        Message("profile \"{0}\": its window ends ({1}) before it starts ({2}), so it never opens. Make two profiles "
+                "of it, one "
+                "until midnight and one from midnight on.",
+                titleOf(*profile), profile->endTime().value_or("12:00 AM"), profile->startTime().value_or("12:00 AM")));
   }
   manager()->scheduleEvents(profile, shouldProceedAnyCase);
 }
@@ -73,7 +78,8 @@ void Host::reloadNow() {
   auto& files = device_.foundation().files();
   const auto content = files.arrayWithContentsOfFile(HMProfilesManager::profilesPath);
   if (!content && files.fileExists(HMProfilesManager::profilesPath)) {
-    sayOnce("the profiles file cannot be read; the profiles stay as they were last. Mend the file or save a profile.");
+    sayOnce(Message(
+        "the profiles file cannot be read; the profiles stay as they were last. Mend the file or save a profile."));
     return;
   }
   std::set<std::int64_t> listed;
@@ -207,7 +213,7 @@ void Host::armLook() {
   // The phone's own: this wake-up is none of the library's.
   auto* timers = dynamic_cast<PCSimpleTimer::Class*>(phone_.classNamed(PCSimpleTimer::className));
   if (!timers) {
-    sayOnce("the phone has no wake timers: profiles switch when something else happens, not at their second.");
+    sayOnce(Message("the phone has no wake timers: profiles switch when something else happens, not at their second."));
     return;
   }
   lookTimer_ = timers->initWithFireDate(*next, "com.quorvel.hushmode", looking, {{"HostLook", true}});

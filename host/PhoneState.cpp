@@ -21,9 +21,7 @@ std::shared_ptr<platform::VolumeControl> volumeControl() {
 
 platform::UserDefaults& defaults() { return platform::device().foundation().standardUserDefaults(); }
 
-std::string percent(float volume) { return std::to_string(std::lround(volume * 100)) + "%"; }
-
-std::string onOff(bool on) { return on ? "on" : "off"; }
+Message percent(float volume) { return Message("{0}%", std::lround(volume * 100)); }
 
 }  // namespace
 
@@ -63,22 +61,31 @@ void setVibrateSwitches(bool ring, bool silent) {
   coreFoundation.postDarwinNotification("com.apple.springboard.silent-vibrate.changed");
 }
 
+Message difference(const PhoneState& before, const PhoneState& after) {
+  std::optional<Message> all;
+  const auto add = [&](const Message& each) { all = all ? Message("{0}, {1}", *all, each) : each; };
+  const auto changed = [](const auto& was, const auto& is) { return was && is && *was != *is; };
+  if (changed(before.ringtone, after.ringtone)) {
+    add(Message("ringtone {0} to {1}", percent(*before.ringtone), percent(*after.ringtone)));
+  }
+  if (changed(before.media, after.media)) {
+    add(Message("media {0} to {1}", percent(*before.media), percent(*after.media)));
+  }
+  if (changed(before.ringVibrate, after.ringVibrate)) {
+    add(*after.ringVibrate ? Message("vibrate on ring on") : Message("vibrate on ring off"));
+  }
+  if (changed(before.silentVibrate, after.silentVibrate)) {
+    add(*after.silentVibrate ? Message("vibrate on silent on") : Message("vibrate on silent off"));
+  }
+  if (changed(before.doNotDisturb, after.doNotDisturb)) {
+    add(*after.doNotDisturb ? Message("do not disturb on") : Message("do not disturb off"));
+  }
+  if (changed(before.icon, after.icon)) add(*after.icon ? Message("icon shown") : Message("icon hidden"));
+  return all.value_or(Message("nothing changed"));
+}
+
 std::string differenceText(const PhoneState& before, const PhoneState& after) {
-  std::string text;
-  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-  const auto volume = [&](const char* name, const std::optional<float>& was, const std::optional<float>& is) {
-    if (was && is && *was != *is) add(std::string(name) + " " + percent(*was) + " to " + percent(*is));
-  };
-  const auto flag = [&](const char* name, const std::optional<bool>& was, const std::optional<bool>& is) {
-    if (was && is && *was != *is) add(std::string(name) + " " + onOff(*is));
-  };
-  volume("ringtone", before.ringtone, after.ringtone);
-  volume("media", before.media, after.media);
-  flag("vibrate on ring", before.ringVibrate, after.ringVibrate);
-  flag("vibrate on silent", before.silentVibrate, after.silentVibrate);
-  flag("do not disturb", before.doNotDisturb, after.doNotDisturb);
-  if (before.icon && after.icon && *before.icon != *after.icon) add(*after.icon ? "icon shown" : "icon hidden");
-  return text.empty() ? "nothing changed" : text;
+  return difference(before, after).english();
 }
 
 }  // namespace hushmode::host

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Message.h"
+
 #include <optional>
 #include <string>
 
@@ -26,8 +28,10 @@ void setMedia(float volume);
 /// Writes both switches into the home screen's domain and tells the system.
 void setVibrateSwitches(bool ring, bool silent);
 
-/// What differs, in words: "ringtone 80% to 6%, media 50% to 0%"; "nothing changed" when nothing does. What is absent
-/// on either side is left out.
+/// What differs: "ringtone 80% to 6%, media 50% to 0%"; "nothing changed" when nothing does. What is absent on either
+/// side is left out.
+Message difference(const PhoneState& before, const PhoneState& after);
+/// The same in English.
 std::string differenceText(const PhoneState& before, const PhoneState& after);
 
 }  // namespace hushmode::host

@@ -16,13 +16,9 @@ namespace {
 
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 
-[[noreturn]] void refuse(std::string_view key, const std::string& expected) {
-  throw EditError(EditError::Kind::InvalidArgument, "\"" + std::string(key) + "\": expected " + expected);
-}
+[[noreturn]] void refuse(Message message) { throw EditError(EditError::Kind::InvalidArgument, std::move(message)); }
 
 bool isTooLong(const std::string& text) { return text.size() > longestText; }
-
-const std::string lengthLimit = "at most " + std::to_string(longestText) + " bytes of text";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -38,52 +34,56 @@ bool isTime(const std::string& text) {
          (isEither(rest[3], 'a') || isEither(rest[3], 'p')) && isEither(rest[4], 'm');
 }
 
-void checkTexts(std::string_view key, const Value& value) {
+void checkTexts(const std::string& key, const Value& value) {
   const auto* list = value.as<Array>();
-  if (!list) refuse(key, "a list of texts");
-  if (list->size() > longestList) refuse(key, "at most " + std::to_string(longestList) + " entries");
+  if (!list) refuse(Message("\"{0}\": expected a list of texts", key));
+  if (list->size() > longestList) refuse(Message("\"{0}\": expected at most {1} entries", key, longestList));
   for (const Value& each : *list) {
     const auto* text = each.as<std::string>();
-    if (!text) refuse(key, "a list of texts");
-    if (isTooLong(*text)) refuse(key, lengthLimit + " in each entry");
+    if (!text) refuse(Message("\"{0}\": expected a list of texts", key));
+    if (isTooLong(*text))
+      refuse(Message("\"{0}\": expected at most {1} bytes of text in each entry", key, longestText));
   }
 }
 
-void checkText(std::string_view key, const Value& value) {
+void checkText(const std::string& key, const Value& value) {
   const auto* text = value.as<std::string>();
-  if (!text) refuse(key, "a text");
-  if (isTooLong(*text)) refuse(key, lengthLimit);
-  if (key == "title" && text->empty()) refuse(key, "a title that is not empty");
+  if (!text) refuse(Message("\"{0}\": expected a text", key));
+  if (isTooLong(*text)) refuse(Message("\"{0}\": expected at most {1} bytes of text", key, longestText));
+  if (key == "title" && text->empty()) refuse(Message("\"{0}\": expected a title that is not empty", key));
 }
 
 void checkValue(const ProfileKey& key, const Value& value) {
+  const std::string name(key.name);
   switch (key.kind) {
     case Flag:
-      if (!value.as<bool>()) refuse(key.name, "true or false");
+      if (!value.as<bool>()) refuse(Message("\"{0}\": expected true or false", name));
       return;
     case Volume: {
       const auto* volume = value.as<double>();
-      if (!volume || !(*volume >= 0 && *volume <= 1)) refuse(key.name, "a volume from 0.0 to 1.0");
+      if (!volume || !(*volume >= 0 && *volume <= 1))
+        refuse(Message("\"{0}\": expected a volume from 0.0 to 1.0", name));
       return;
     }
     case Integer: {
       const auto* number = value.as<std::int64_t>();
       if (!number || *number < key.least || *number > key.most) {
-        refuse(key.name, "a whole number" + (key.most == largest ? " from " + std::to_string(key.least) + " on"
-                                                                 : " from " + std::to_string(key.least) + " to " +
-                                                                       std::to_string(key.most)));
+        refuse(key.most == largest
+                   ? Message("\"{0}\": expected a whole number from {1} on", name, key.least)
+                   : Message("\"{0}\": expected a whole number from {1} to {2}", name, key.least, key.most));
       }
       return;
     }
     case Text:
-      return checkText(key.name, value);
+      return checkText(name, value);
     case Time: {
       const auto* text = value.as<std::string>();
-      if (!text || !isTime(*text)) refuse(key.name, "a time of day such as \"8:00 AM\" or \"5:30 PM\"");
+      if (!text || !isTime(*text))
+        refuse(Message("\"{0}\": expected a time of day such as \"8:00 AM\" or \"5:30 PM\"", name));
       return;
     }
     case Texts:
-      return checkTexts(key.name, value);
+      return checkTexts(name, value);
   }
 }
 
@@ -122,7 +122,7 @@ void checkProfile(const platform::Dictionary& profile) {
     if (key == keys.end()) {
       std::string known;
       for (const ProfileKey& each : keys) known += (known.empty() ? "" : ", ") + std::string(each.name);
-      refuse(name.substr(0, 100), "one of " + known);
+      refuse(Message("\"{0}\": expected one of {1}", name.substr(0, 100), known));
     }
     checkValue(*key, value);
   }

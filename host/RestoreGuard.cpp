@@ -74,9 +74,9 @@ Ledger RestoreGuard::leftOpen(const std::vector<Profile>& applied, const PhoneSt
 void RestoreGuard::takeOver(const std::vector<Profile>& applied) {
   auto& files = platform::device().foundation().files();
   if (files.fileExists(Ledger::path) && !files.arrayWithContentsOfFile(Ledger::path)) {
-    say_(
+    say_(Message(
         "the note of the phone's settings before Hush Mode changed them cannot be read. Look whether they are as you "
-        "want them.");
+        "want them."));
   }
   saved_ = Ledger::load();
   seen_ = readPhoneState();
@@ -159,9 +159,9 @@ void RestoreGuard::save() {
     saveFailed_ = false;
   } else if (!saveFailed_) {
     saveFailed_ = true;
-    say_(
+    say_(Message(
         "the phone's present settings cannot be noted on disk; they are put back all the same unless this process "
-        "dies. Make room in the state folder, or make it writable.");
+        "dies. Make room in the state folder, or make it writable."));
   }
 }
 
@@ -247,7 +247,8 @@ bool RestoreGuard::settle(const std::vector<Profile>& applied) {
   }
   device_.volumes().release();  // Whether the phone takes what it is given is to be seen.
   if (!putBack()) {
-    if (!waits_) say_("not everything could be put back as it was: a service of the phone is away. It will be.");
+    if (!waits_)
+      say_(Message("not everything could be put back as it was: a service of the phone is away. It will be."));
     waits_ = true;
     return false;
   }

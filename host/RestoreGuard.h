@@ -20,7 +20,7 @@ namespace hushmode::host {
 class RestoreGuard {
  public:
   using Profile = HMProfilesManager::Profile;
-  using Say = std::function<void(const std::string& line)>;
+  using Say = std::function<void(const Message& message)>;
 
   RestoreGuard(GuardedDevice& device, Say say) : device_(device), say_(std::move(say)) {}
 

@@ -12,8 +12,6 @@ namespace {
 
 constexpr const char* untitled = "(no title)";
 
-std::string quoted(const std::optional<std::string>& title) { return "\"" + title.value_or(untitled) + "\""; }
-
 }  // namespace
 
 SwitchWatch::SwitchWatch(WatchedPhone phone, double restSeconds, std::function<void(const Switch&)> tell)
@@ -27,9 +25,10 @@ const SwitchWatch::Applied* SwitchWatch::applied(std::int64_t identifier) const 
 void SwitchWatch::watch(HMProfilesManager& manager) {
   manager_ = &manager;
   for (const auto& profile : manager.profiles()) {
-    if (profile->isApplied())
-      applied_.try_emplace(profile->identifier(), Applied{profile->title().value_or(untitled), "applied before",
-                                                          std::nullopt, false, phone_.now()});
+    if (!profile->isApplied()) continue;
+    const Applied before{profile->title().value_or(untitled), Reason{Reason::Kind::AppliedBefore, std::nullopt},
+                         std::nullopt, phone_.now()};
+    applied_.try_emplace(profile->identifier(), before);
   }
 }
 
@@ -37,21 +36,24 @@ SwitchWatch::Applied SwitchWatch::reasonToApply(HMProfile& profile) {
   const std::string title = profile.title().value_or(untitled);
   const ScheduledEvents::List* list = manager_->scheduledEventsDict().find(profile.identifier());
   if (list && !list->empty() && hm_isProfileApplied(list->front())) {
-    return {title, quoted(list->front()->title()), list->front()->endDate(), false, phone_.now()};
+    return {title, {Reason::Kind::Event, list->front()->title()}, list->front()->endDate(), phone_.now()};
   }
   const auto network = phone_.joinedNetwork();
   if (network && profile.hasWiFiNetwork(network))
-    return {title, "network " + *network, std::nullopt, true, phone_.now()};
-  return {title, "by hand", std::nullopt, false, phone_.now()};
+    return {title, {Reason::Kind::Network, network}, std::nullopt, phone_.now()};
+  return {title, {Reason::Kind::ByHand}, std::nullopt, phone_.now()};
 }
 
-std::string SwitchWatch::reasonToRevert(HMProfile& profile, const Applied& applied) {
-  if (!cause_.empty()) return cause_;
-  if (!profile.isEnabled()) return "profile disabled";
-  if (applied.byNetwork && !profile.hasWiFiNetwork(phone_.joinedNetwork())) return "left " + applied.reason;
-  if (applied.eventEnd && phone_.now() >= *applied.eventEnd) return applied.reason + " ended";
-  if (!profile.isAllDay() && phone_.now() >= profile.endDate()) return "window closed";
-  return applied.eventEnd ? applied.reason + " gone from the calendar or overtaken" : applied.reason + " over";
+Reason SwitchWatch::reasonToRevert(HMProfile& profile, const Applied& applied) {
+  using enum Reason::Kind;
+  if (cause_) return *cause_;
+  if (!profile.isEnabled()) return {Disabled};
+  const bool byNetwork = applied.reason.kind == Network;
+  if (byNetwork && !profile.hasWiFiNetwork(phone_.joinedNetwork())) return {NetworkLeft, applied.reason.about};
+  if (applied.eventEnd && phone_.now() >= *applied.eventEnd) return {EventEnded, applied.reason.about};
+  if (!profile.isAllDay() && phone_.now() >= profile.endDate()) return {WindowClosed};
+  if (applied.eventEnd) return {EventGone, applied.reason.about};
+  return byNetwork ? Reason{NetworkOver, applied.reason.about} : Reason{Over};
 }
 
 void SwitchWatch::look() {
@@ -75,7 +77,7 @@ void SwitchWatch::look() {
     if (listed.contains(known->first)) {
       ++known;
     } else {
-      note(known->second, known->first, false, "profile deleted");
+      note(known->second, known->first, false, {Reason::Kind::Deleted});
       known = applied_.erase(known);
     }
   }
@@ -84,12 +86,13 @@ void SwitchWatch::look() {
 
 void SwitchWatch::stopped() {
   manager_ = nullptr;
-  for (const auto& [identifier, applied] : applied_) note(applied, identifier, false, cause_);
+  for (const auto& [identifier, applied] : applied_)
+    note(applied, identifier, false, cause_.value_or(Reason{Reason::Kind::Over}));
   applied_.clear();
   rest();
 }
 
-void SwitchWatch::note(const Applied& applied, std::int64_t identifier, bool on, std::string reason) {
+void SwitchWatch::note(const Applied& applied, std::int64_t identifier, bool on, Reason reason) {
   Switch seen{phone_.now(), applied.profile, identifier, on, std::move(reason), last_, last_, false};
   // What a later switch changes is not the earlier one's doing; of one instant only the last can tell.
   if (!moving_.empty() && moving_.back().at < seen.at) {

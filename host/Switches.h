@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/PhoneState.h"
+#include "host/Reason.h"
 #include "store/HMProfilesManager.h"
 
 #include <cstdint>
@@ -18,7 +19,7 @@ struct Switch {
   std::string profile;
   std::int64_t identifier = 0;
   bool on = false;
-  std::string reason;  ///< "Standup"; "Standup" ended; network Office; ...
+  Reason reason;
   PhoneState before, after;
   bool withNext = false;  ///< Another profile switched at the same instant; the change is told with that one.
 };
@@ -49,23 +50,22 @@ class SwitchWatch {
   /// Why the profile is applied, and since when it has been known to be; null when it is not.
   struct Applied {
     std::string profile;                     ///< Its title.
-    std::string reason;                      ///< What it was applied for.
+    Reason reason;                           ///< What it was applied for.
     std::optional<platform::Date> eventEnd;  ///< Of the event that it was applied for.
-    bool byNetwork = false;
     platform::Date since{0};
   };
   const Applied* applied(std::int64_t identifier) const;
   /// The delayed effects are over: tells of the switches that have not been told yet.
   void finish();
 
-  /// Why the next switches happen, where only whoever drives the phone can know: "Hush Mode switched off". Empty: as it
+  /// Why the next switches happen, where only whoever drives the phone can know: Stopped, SwitchedOff. None: as it
   /// looks from the phone.
-  void setCause(std::string cause) { cause_ = std::move(cause); }
+  void setCause(std::optional<Reason> cause) { cause_ = std::move(cause); }
 
  private:
   Applied reasonToApply(HMProfile& profile);
-  void note(const Applied& applied, std::int64_t identifier, bool on, std::string reason);
-  std::string reasonToRevert(HMProfile& profile, const Applied& applied);
+  void note(const Applied& applied, std::int64_t identifier, bool on, Reason reason);
+  Reason reasonToRevert(HMProfile& profile, const Applied& applied);
   void rest();
 
   WatchedPhone phone_;
@@ -75,7 +75,7 @@ class SwitchWatch {
   std::map<std::int64_t, Applied> applied_;
   std::vector<Switch> moving_;  ///< Told when the delayed effects are over.
   PhoneState last_;
-  std::string cause_;
+  std::optional<Reason> cause_;
 };
 
 }  // namespace hushmode::host

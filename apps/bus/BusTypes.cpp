@@ -1,5 +1,6 @@
 #include "apps/bus/BusTypes.h"
 
+#include "apps/words/Words.h"
 #include "host/ProfileCheck.h"
 
 #include <optional>
@@ -73,9 +74,9 @@ Value valueOf(const std::string& key, const Glib::VariantBase& given) {
     for (const auto& each : *texts) array.emplace_back(each.raw());
     return array;
   }
-  throw host::EditError(host::EditError::Kind::InvalidArgument, "\"" + key.substr(0, 100) +
-                                                                    "\": no profile holds a value of type \"" +
-                                                                    given.get_type_string().substr(0, 100) + "\"");
+  throw host::EditError(host::EditError::Kind::InvalidArgument,
+                        host::Message("\"{0}\": no profile holds a value of type \"{1}\"", key.substr(0, 100),
+                                      given.get_type_string().substr(0, 100)));
 }
 
 }  // namespace
@@ -94,20 +95,28 @@ platform::Dictionary profileFrom(const Dictionary& given) {
   return profile;
 }
 
+/// For people in the daemon's language, and for programs.
+static void addReason(Dictionary& form, const host::Reason& reason) {
+  form.emplace("reason", text(inWords(reason)));
+  form.emplace("cause", text(std::string(host::codeOf(reason.kind))));
+  if (reason.about) form.emplace("about", text(*reason.about));
+}
+
 Dictionary busForm(const host::Switch& each) {
-  return {{"date", variant(each.at.secondsSince1970())},
-          {"profile", text(each.profile)},
-          {"identifier", variant(static_cast<gint64>(each.identifier))},
-          {"on", variant(each.on)},
-          {"reason", text(each.reason)},
-          {"change", text(each.withNext ? "" : host::differenceText(each.before, each.after))}};
+  Dictionary form{{"date", variant(each.at.secondsSince1970())},
+                  {"profile", text(each.profile)},
+                  {"identifier", variant(static_cast<gint64>(each.identifier))},
+                  {"on", variant(each.on)},
+                  {"change", text(each.withNext ? "" : inWords(host::difference(each.before, each.after)))}};
+  addReason(form, each.reason);
+  return form;
 }
 
 Dictionary busForm(const host::AppliedProfile& each) {
   Dictionary form{{"identifier", variant(static_cast<gint64>(each.identifier))},
                   {"title", text(each.title)},
-                  {"reason", text(each.reason)},
                   {"since", variant(each.since.secondsSince1970())}};
+  addReason(form, each.reason);
   if (each.until) form.emplace("until", variant(each.until->secondsSince1970()));
   return form;
 }

@@ -48,7 +48,7 @@ int agenda(const Options& options) {
                          {"profile", each.profile},
                          {"identifier", each.identifier},
                          {"on", each.on},
-                         {"reason", each.reason}})
+                         {"reason", host::messageOf(each.reason).english()}})
               << '\n';
   }
   if (!options.json) timeline.finish();

@@ -5,6 +5,7 @@
 #include "apps/cli/Daemon.h"
 #include "apps/cli/Places.h"
 #include "apps/cli/ProfileStore.h"
+#include "apps/cli/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
@@ -80,9 +81,9 @@ int complete(const std::string& asked) {
 
 void addCompleteCommand(CLI::App& program, Command& chosen) {
   const auto asked = std::make_shared<std::string>();
-  CLI::App* command = program.add_subcommand("complete", "Names for the shell's completion");
+  CLI::App* command = program.add_subcommand("complete", tr("Names for the shell's completion"));
   command->group("");  // Hidden: it is no command for people.
-  command->add_option("KIND", *asked, "Which names")->required()->type_name("profiles|calendars|networks|zones");
+  command->add_option("KIND", *asked, tr("Which names"))->required()->type_name("profiles|calendars|networks|zones");
   command->final_callback([asked, &chosen] { chosen = [asked] { return complete(*asked); }; });
 }
 

@@ -3,6 +3,7 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Json.h"
 #include "apps/cli/Terminal.h"
+#include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
@@ -46,9 +47,8 @@ void printJson(const devices::CalendarInfo& calendar, const CalendarOccurrence& 
 }
 
 std::string spanText(const CalendarOccurrence& each, const devices::TimeZone& zone) {
-  if (each.details->allDay) return "all day";
-  return simulation::clockTime(each.start, zone).substr(0, 5) + " to " +
-         simulation::clockTime(each.end, zone).substr(0, 5);
+  if (each.details->allDay) return tr("all day");
+  return tr("{0} to {1}", simulation::minuteTime(each.start, zone), simulation::minuteTime(each.end, zone));
 }
 
 /// The days that an occurrence of several takes, else nothing.
@@ -56,14 +56,15 @@ std::string daysText(const CalendarOccurrence& each, const devices::TimeZone& zo
   const double lastInstant = std::max(each.end.secondsSince1970() - 1, each.start.secondsSince1970());
   const std::string first = simulation::isoTime(each.start, zone).substr(0, 10);
   const std::string last = simulation::isoTime(platform::Date(lastInstant), zone).substr(0, 10);
-  return first == last ? "" : " (" + first + " to " + last + ")";
+  return first == last ? "" : tr(" ({0} to {1})", first, last);
 }
 
 void printForPeople(const std::vector<devices::CalendarInfo>& calendars, const std::vector<CalendarOccurrence>& found,
                     platform::Date from, const devices::TimeZone& zone) {
   const Terminal terminal = Terminal::of(STDOUT_FILENO);
-  std::size_t calendarColumns = 0;
+  std::size_t spanColumns = std::string_view("00:00 to 00:00").size(), calendarColumns = 0;
   for (const CalendarOccurrence& each : found) {
+    spanColumns = std::max(spanColumns, columnsOf(spanText(each, zone)));
     calendarColumns = std::max(calendarColumns, columnsOf(harmless(calendars[each.calendar].title)));
   }
   std::string day;
@@ -72,15 +73,14 @@ void printForPeople(const std::vector<devices::CalendarInfo>& calendars, const s
     if (heading != day) std::cout << (day.empty() ? "" : "\n") << terminal.styled(heading, Style::Bold) << '\n';
     day = heading;
     const auto status = each.details->status;
-    std::cout << "  " << padded(spanText(each, zone), 14) << "  "
+    std::cout << "  " << padded(spanText(each, zone), spanColumns) << "  "
               << terminal.styled(padded(harmless(calendars[each.calendar].title), calendarColumns), Style::Dim) << "  "
-              << harmless(each.details->title.value_or("(no title)")) << daysText(each, zone);
-    if (status == platform::EKEventStatus::Tentative || status == platform::EKEventStatus::Canceled) {
-      std::cout << terminal.styled(" (" + std::string(statusName(status)) + ")", Style::Yellow);
-    }
+              << harmless(each.details->title.value_or(tr("(no title)"))) << daysText(each, zone);
+    if (status == platform::EKEventStatus::Tentative) std::cout << terminal.styled(tr(" (tentative)"), Style::Yellow);
+    if (status == platform::EKEventStatus::Canceled) std::cout << terminal.styled(tr(" (cancelled)"), Style::Yellow);
     std::cout << '\n';
   }
-  if (found.empty()) std::cout << "No events.\n";
+  if (found.empty()) std::cout << tr("No events.") << '\n';
 }
 
 int listEvents(const Options& options) {
@@ -89,8 +89,8 @@ int listEvents(const Options& options) {
   simulation::setSpan(span, options.from, options.to, platform::Date(0));
   std::error_code error;
   if (!std::filesystem::is_directory(options.calendars, error)) {
-    throw InputError("calendars: " + options.calendars + ": " + (error ? error.message() : "not a folder") +
-                     "; expected a folder of iCalendar files");
+    throw InputError(tr("calendars: {0}: {1}; expected a folder of iCalendar files", options.calendars,
+                        error ? error.message() : tr("not a folder")));
   }
   devices::CalendarFolder folder(options.calendars,
                                  [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
@@ -108,17 +108,18 @@ int listEvents(const Options& options) {
 
 void addEventsCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
-  CLI::App* command = program.add_subcommand("events", "List the events in a folder of calendars, repeats included");
-  command->add_option("--calendars", options->calendars, "A folder of iCalendar files")
+  CLI::App* command =
+      program.add_subcommand("events", tr("List the events in a folder of calendars, repeats included"));
+  command->add_option("--calendars", options->calendars, tr("A folder of iCalendar files"))
       ->required()
       ->type_name("FOLDER");
-  command->add_option("--from", options->from, "When to begin")->required()->type_name("TIME");
-  command->add_option("--to", options->to, "When to end; a day means its end")->required()->type_name("TIME");
-  command->add_option("--zone", options->zone, "The local time zone, such as Europe/Berlin")->type_name("ZONE");
-  command->add_flag("--json", options->json, "Print one JSON object a line");
+  command->add_option("--from", options->from, tr("When to begin"))->required()->type_name("TIME");
+  command->add_option("--to", options->to, tr("When to end; a day means its end"))->required()->type_name("TIME");
+  command->add_option("--zone", options->zone, tr("The local time zone, such as Europe/Berlin"))->type_name("ZONE");
+  command->add_flag("--json", options->json, tr("Print one JSON object a line"));
   command->footer(
-      "Example:\n"
-      "  hushmode events --calendars ~/.calendars --from 2026-11-24 --to 2026-11-24");
+      tr("Example:\n"
+         "  hushmode events --calendars ~/.calendars --from 2026-11-24 --to 2026-11-24"));
   command->final_callback([options, &chosen] { chosen = [options] { return listEvents(*options); }; });
 }
 

@@ -63,7 +63,7 @@ Date parseMoment(const std::string& text, const TimeZone& zone, Date now) {
   throw simulation::InputError(tr("--at {}: expected a time such as 14:20, 2:20pm or \"2026-11-24 14:20\"", text));
 }
 
-std::string minuteText(Date date, const TimeZone& zone) { return simulation::clockTime(date, zone).substr(0, 5); }
+std::string minuteText(Date date, const TimeZone& zone) { return simulation::minuteTime(date, zone); }
 
 bool isSameDay(Date a, Date b, const TimeZone& zone) {
   return simulation::beginningOfLocalDay(a, zone) == simulation::beginningOfLocalDay(b, zone);

@@ -3,6 +3,7 @@
 #include "apps/cli/Daemon.h"
 #include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 #include "devices/linux/core/Folders.h"
 #include "devices/shared/GuardedPropertyListFile.h"
@@ -168,7 +169,7 @@ class FileStore final : public ProfileStore {
     try {
       host::checkProfile(values);
     } catch (const host::EditError& refusal) {
-      throw InputError(refusal.what());
+      throw InputError(inWords(refusal.message()));
     }
     const auto title = textMeaning(values.find("title"));
     for (const Dictionary& each : profiles) {

@@ -1,5 +1,6 @@
 #include "apps/cli/ProfileWords.h"
 
+#include "apps/cli/ClockText.h"
 #include "apps/cli/Scanner.h"
 #include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
@@ -7,8 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
-#include <langinfo.h>
 #include <sstream>
 
 namespace hushmode::cli {
@@ -19,9 +18,6 @@ using simulation::InputError;
 using enum Setting::Kind;
 
 namespace {
-
-// Marked for translation where they stand, translated where they are shown.
-#define HUSHMODE_MARKED(text) text
 
 const char* const statusWords[] = {"any", "confirmed", "tentative", "cancelled"};
 
@@ -61,19 +57,6 @@ double parseVolume(const Setting& setting, const std::string& text) {
 }
 
 std::string percent(double volume) { return std::to_string(std::lround(volume * 100)) + "%"; }
-
-std::string clockText(int minute) {
-  std::tm time{};
-  time.tm_hour = minute / 60;
-  time.tm_min = minute % 60;
-  // Languages with a twelve-hour clock have a form for it.
-  const char* form = ::nl_langinfo(T_FMT_AMPM);
-  const bool twelve = *::nl_langinfo(AM_STR) != '\0' && form && *form != '\0' &&
-                      std::string_view(::nl_langinfo(T_FMT)).find("%p") != std::string_view::npos;
-  char text[32];
-  const std::size_t length = std::strftime(text, sizeof text, twelve ? "%I:%M %p" : "%H:%M", &time);
-  return {text, length};
-}
 
 }  // namespace
 

@@ -116,7 +116,7 @@ int quiet(const Options& options) {
   follow(*store, profile);
   OwnCalendar::addQuiet(titleOf(profile), now, end);
   std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile),
-                  simulation::clockTime(end, *simulation::zoneNamed(std::nullopt)).substr(0, 5))
+                  simulation::minuteTime(end, *simulation::zoneNamed(std::nullopt)))
             << '\n';
   if (!store->isLive())
     throw ServiceError(tr("the daemon does not run; start it with: systemctl --user start hushmoded"));

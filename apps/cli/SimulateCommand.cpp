@@ -3,6 +3,7 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Json.h"
 #include "apps/cli/Terminal.h"
+#include "apps/cli/Text.h"
 #include "apps/cli/Timeline.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Simulation.h"
@@ -45,7 +46,7 @@ class Progress {
     std::cerr << (terminal_ ? "\r"
                   : shown_  ? "\n"
                             : "")
-              << "simulated up to " << simulation::isoTime(date, *zone_).substr(0, 10) << ", " << percent << "%"
+              << tr("simulated up to {0}, {1}%", simulation::isoTime(date, *zone_).substr(0, 10), percent)
               << std::flush;
     shown_ = true;
   }
@@ -66,7 +67,7 @@ platform::Date today() {
 Scenario scenarioOf(const Options& options) {
   if (options.scenario) return simulation::readScenario(*options.scenario, options.given);
   if (!options.given.profiles || !options.given.calendars) {
-    throw InputError("simulate: expected a scenario file, or both --profiles and --calendars");
+    throw InputError(tr("simulate: expected a scenario file, or both --profiles and --calendars"));
   }
   return simulation::scenarioFrom(options.given, today());
 }
@@ -100,24 +101,28 @@ int simulate(const Options& options) {
 void addSimulateCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command =
-      program.add_subcommand("simulate", "Play profiles and calendars on a phone in memory and show every switch");
-  command->add_option("SCENARIO", options->scenario, "A scenario file (JSON)")->type_name("FILE");
-  command->add_option("--profiles", options->given.profiles, "The profiles, a property-list file")->type_name("FILE");
-  command->add_option("--calendars", options->given.calendars, "A folder of iCalendar files")->type_name("FOLDER");
-  command->add_option("--from", options->given.from, "When to begin (without a scenario: today at midnight)")
+      program.add_subcommand("simulate", tr("Play profiles and calendars on a phone in memory and show every switch"));
+  command->add_option("SCENARIO", options->scenario, tr("A scenario file (JSON)"))->type_name("FILE");
+  command->add_option("--profiles", options->given.profiles, tr("The profiles, a property-list file"))
+      ->type_name("FILE");
+  command->add_option("--calendars", options->given.calendars, tr("A folder of iCalendar files"))->type_name("FOLDER");
+  command->add_option("--from", options->given.from, tr("When to begin (without a scenario: today at midnight)"))
       ->type_name("TIME");
-  command->add_option("--to", options->given.to, "When to end; a day means its end (without: the end of the first day)")
+  command
+      ->add_option("--to", options->given.to,
+                   tr("When to end; a day means its end (without: the end of the first day)"))
       ->type_name("TIME");
-  command->add_option("--zone", options->given.zone, "The phone's time zone, such as Europe/Berlin")->type_name("ZONE");
-  command->add_flag("-v,--verbose", options->verbose, "Show the decisions, too");
+  command->add_option("--zone", options->given.zone, tr("The phone's time zone, such as Europe/Berlin"))
+      ->type_name("ZONE");
+  command->add_flag("-v,--verbose", options->verbose, tr("Show the decisions, too"));
   command->add_flag("--host,!--no-host", options->host,
-                    "With the host's guards, as on a real phone (the default), or the bare library");
-  command->add_flag("--json", options->json, "Print the whole record as JSON lines");
+                    tr("With the host's guards, as on a real phone (the default), or the bare library"));
+  command->add_flag("--json", options->json, tr("Print the whole record as JSON lines"));
   command->footer(
-      "Times are local: 2026-11-24, 2026-11-24T09:30, or with seconds. Nothing is written to any file.\n\n"
-      "Examples:\n"
-      "  hushmode simulate examples/workday.json\n"
-      "  hushmode simulate --profiles profiles.plist --calendars ~/.calendars --from 2026-11-24 --to 2026-11-30");
+      tr("Times are local: 2026-11-24, 2026-11-24T09:30, or with seconds. Nothing is written to any file.\n\n"
+         "Examples:\n"
+         "  hushmode simulate examples/workday.json\n"
+         "  hushmode simulate --profiles profiles.plist --calendars ~/.calendars --from 2026-11-24 --to 2026-11-30"));
   command->final_callback([options, &chosen] { chosen = [options] { return simulate(*options); }; });
 }
 

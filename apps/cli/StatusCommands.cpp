@@ -9,6 +9,7 @@
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ std::optional<Date> date(const bus::Dictionary& each, const char* key) {
 
 /// "14:30" today, else with the day: "Tuesday, 24 November 2026, 14:30".
 std::string when(Date date, const devices::TimeZone& zone) {
-  const std::string clock = simulation::clockTime(date, zone).substr(0, 5);
+  const std::string clock = simulation::minuteTime(date, zone);
   const std::string day = simulation::dayHeading(date, zone);
   return day == simulation::dayHeading(wallClock(), zone) ? clock : tr("{0}, {1}", day, clock);
 }
@@ -127,7 +128,8 @@ int status(const Options& options) {
   for (const auto& [name, state] : valueOf<States>(properties, "Services").value_or(States())) {
     const auto& [works, detail] = state;
     if (!works) {
-      std::cout << terminal.styled(tr("{0} rests: {1}", name.raw(), harmless(detail.raw())), Style::Yellow) << '\n';
+      std::cout << terminal.styled(tr("{0} rests: {1}", serviceText(name.raw()), harmless(detail.raw())), Style::Yellow)
+                << '\n';
     }
   }
   return Done;

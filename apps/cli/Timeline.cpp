@@ -1,6 +1,8 @@
 #include "apps/cli/Timeline.h"
 
+#include "apps/cli/Text.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/words/Words.h"
 
 #include <algorithm>
 
@@ -40,10 +42,12 @@ void Timeline::print(const Line& line, std::size_t profileColumns, std::size_t r
     return;
   }
   const Switch& each = line.each;
+  const std::size_t stateColumns = std::max(columnsOf(tr("on")), columnsOf(tr("off")));
   out_ << "  " << time << "  " << terminal_.styled(padded(harmless(each.profile), profileColumns), Style::Bold) << "  "
-       << terminal_.styled(each.on ? "on " : "off", each.on ? Style::Green : Style::Red) << "  "
-       << padded(harmless(each.reason), reasonColumns) << "  "
-       << (each.withNext ? "(changed together with the next line)" : host::differenceText(each.before, each.after))
+       << terminal_.styled(padded(each.on ? tr("on") : tr("off"), stateColumns), each.on ? Style::Green : Style::Red)
+       << "  " << padded(harmless(inWords(each.reason)), reasonColumns) << "  "
+       << (each.withNext ? tr("(changed together with the next line)")
+                         : inWords(host::difference(each.before, each.after)))
        << '\n';
 }
 
@@ -53,7 +57,7 @@ void Timeline::printDay() {
   for (const Line& line : lines_) {
     if (!line.isSwitch) continue;
     profileColumns = std::max(profileColumns, columnsOf(harmless(line.each.profile)));
-    reasonColumns = std::max(reasonColumns, columnsOf(harmless(line.each.reason)));
+    reasonColumns = std::max(reasonColumns, columnsOf(harmless(inWords(line.each.reason))));
   }
   out_ << terminal_.styled(day_, Style::Bold) << '\n';
   for (const Line& line : lines_) print(line, profileColumns, reasonColumns);
@@ -64,9 +68,9 @@ void Timeline::printDay() {
 void Timeline::finish() {
   printDay();
   if (switches_ == 0) {
-    out_ << "No switches.\n";
+    out_ << tr("No switches.") << '\n';
   } else {
-    out_ << switches_ << (switches_ == 1 ? " switch.\n" : " switches.\n");
+    out_ << trCount("{} switch.", "{} switches.", switches_) << '\n';
   }
 }
 

@@ -4,8 +4,8 @@
 #include "apps/cli/Text.h"
 #include "apps/cli/WrongUse.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/words/Language.h"
 
-#include <clocale>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -49,7 +49,7 @@ int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
     std::cerr << "hushmode: " << error.what() << '\n';
     return cli::NoService;
   } catch (const std::exception& error) {
-    std::cerr << "hushmode: unexpected: " << error.what() << '\n';
+    std::cerr << "hushmode: " << cli::tr("unexpected: {}", error.what()) << '\n';
     return cli::No;
   }
 }
@@ -58,10 +58,7 @@ int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
-  std::setlocale(LC_ALL, "");
-  std::setlocale(LC_NUMERIC, "C");  // Property lists and times are written with a point, whatever the language.
-  ::bindtextdomain("hushmode", HUSHMODE_LOCALE_FOLDER);
-  ::textdomain("hushmode");
+  useLanguageOfEnvironment();
   CLI::App program(cli::tr("Hush Mode: silences a phone by calendar, clock and network."), "hushmode");
   program.formatter(std::make_shared<cli::HelpFormatter>(cli::helpColumns(), cli::Terminal::of(STDOUT_FILENO)));
   program.option_defaults()->always_capture_default();

@@ -1,7 +1,9 @@
 #include "apps/daemon/BusInterface.h"
 
 #include "apps/daemon/PhoneLists.h"
+#include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
+#include "devices/words/Text.h"
 #include "host/ProfileCheck.h"
 
 #include <algorithm>
@@ -52,7 +54,8 @@ template <class T>
 T argument(const Glib::VariantContainerBase& arguments, gsize index) {
   const auto value = valueAt<T>(arguments, index);
   // The bus library has checked the arguments against the interface before.
-  if (!value) throw host::EditError(host::EditError::Kind::InvalidArgument, "an argument is not of its type");
+  if (!value)
+    throw host::EditError(host::EditError::Kind::InvalidArgument, host::Message("an argument is not of its type"));
   return *value;
 }
 
@@ -96,7 +99,8 @@ void BusInterface::called(const Glib::ustring& sender, const Glib::ustring& meth
   if (waiting.size() > mostWaiting) {
     for (const Call& each : waiting) {
       g_dbus_method_invocation_return_dbus_error(each.invocation->gobj_copy(),
-                                                 "com.quorvel.Hushmode1.Error.AccessDenied", "too many calls at once");
+                                                 "com.quorvel.Hushmode1.Error.AccessDenied",
+                                                 tr("too many calls at once").c_str());
     }
     waiting.clear();
   } else if (waiting.size() == 1) {
@@ -124,7 +128,7 @@ void BusInterface::verify(const std::string& sender) {
           } else {
             g_dbus_method_invocation_return_dbus_error(call.invocation->gobj_copy(),
                                                        "com.quorvel.Hushmode1.Error.AccessDenied",
-                                                       "only the phone's own user may ask");
+                                                       tr("only the phone's own user may ask").c_str());
           }
         }
       },
@@ -136,7 +140,7 @@ void BusInterface::answer(const Call& call) {
     call.invocation->return_value(perform(call));
   } catch (const host::EditError& refusal) {
     g_dbus_method_invocation_return_dbus_error(call.invocation->gobj_copy(), errorName(refusal.kind()).c_str(),
-                                               refusal.what());
+                                               inWords(refusal.message()).c_str());
   }
   refresh();
 }
@@ -168,7 +172,7 @@ Glib::VariantContainerBase BusInterface::perform(const Call& call) {
     host_.deleteProfile(argument<gint64>(call.arguments, 0));
   } else if (method == "SetEnabled") {
     if (!setEnabled_(argument<bool>(call.arguments, 0))) {
-      throw host::EditError(host::EditError::Kind::NotSaved, "the settings file could not be written");
+      throw host::EditError(host::EditError::Kind::NotSaved, host::Message("the settings file could not be written"));
     }
     host_.settingsChanged();
   } else if (method == "Plan") {

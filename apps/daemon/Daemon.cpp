@@ -1,7 +1,9 @@
 #include "apps/daemon/Daemon.h"
 
+#include "apps/words/Words.h"
 #include "calendar/HMEventManager.h"
 #include "devices/shared/PropertyListFile.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -46,7 +48,7 @@ Glib::RefPtr<Gio::DBus::Connection> busOrNone(Gio::DBus::BusType type, std::stri
 void makePrivate(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder.parent_path());
   if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
-    throw std::runtime_error(folder.string() + " cannot be made: " + std::strerror(errno));
+    throw std::runtime_error(tr("{0} cannot be made: {1}", folder.string(), std::strerror(errno)));
   }
 }
 
@@ -108,7 +110,8 @@ void Daemon::start() {
   phone.iconFolder = options_.dataFolder.parent_path() / "icons";
   if (const char* id = std::getenv("XDG_SESSION_ID")) phone.sessionId = id;
   phone_ = std::make_unique<devices::LinuxPhone>(phone, services_, std::move(events), sink_);
-  host_ = std::make_unique<host::Host>(*phone_, [this](const std::string& line) { sink_(Priority::Warning, line); });
+  host_ = std::make_unique<host::Host>(
+      *phone_, [this](const host::Message& message) { sink_(Priority::Warning, inWords(message)); });
   startLimit_ = Glib::signal_timeout().connect_seconds(
       [this] {
         startHost();
@@ -121,10 +124,10 @@ void Daemon::start() {
 void Daemon::takeLock() {
   const auto path = folders_.state / "lock";
   const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (descriptor < 0) throw std::runtime_error(path.string() + " cannot be opened: " + std::strerror(errno));
+  if (descriptor < 0) throw std::runtime_error(tr("{0} cannot be opened: {1}", path.string(), std::strerror(errno)));
   if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
     ::close(descriptor);
-    throw AlreadyRunning("another hushmoded runs for this user (it holds " + path.string() + ")");
+    throw AlreadyRunning(tr("another hushmoded runs for this user (it holds {})", path.string()));
   }
   lock_ = descriptor;
 }
@@ -132,13 +135,14 @@ void Daemon::takeLock() {
 void Daemon::connect() {
   std::string why;
   session_ = busOrNone(Gio::DBus::BusType::SESSION, why);
-  if (!session_) throw std::runtime_error("there is no session bus: " + why);
+  if (!session_) throw std::runtime_error(tr("there is no session bus: {}", why));
   session_->signal_closed().connect([this](bool, const Glib::Error&) {
-    sink_(Priority::Error, "the session bus is gone");
+    sink_(Priority::Error, tr("the session bus is gone"));
     stop(busLost);
   });
   system_ = busOrNone(Gio::DBus::BusType::SYSTEM, why);
-  if (!system_) sink_(Priority::Warning, "there is no system bus: networks, sleep and the lock are not known: " + why);
+  if (!system_)
+    sink_(Priority::Warning, tr("there is no system bus: networks, sleep and the lock are not known: {}", why));
 }
 
 /// Somebody who has just installed Hush Mode wants it to work: on, with one profile that is quiet in every meeting.
@@ -155,7 +159,7 @@ void Daemon::makeFirstProfile() {
                                [](const auto& each) { return each->allowsContentModifications(); });
   if (!any) return;
   HMProfilesManager::createAndSaveDefaultProfile();
-  sink_(Priority::Notice, "made a first profile, which is quiet in every event of the calendars that there are");
+  sink_(Priority::Notice, tr("made a first profile, which is quiet in every event of the calendars that there are"));
   host_->profilesFileChanged();
 }
 
@@ -177,8 +181,11 @@ void Daemon::startHost() {
   });
   watchFiles();
   ownName();
-  sink_(Priority::Information, "ready: " + std::to_string(host_->profiles().size()) + " profiles, master switch " +
-                                   (host_->isEnabled() ? "on" : "off"));
+  const std::size_t count = host_->profiles().size();
+  sink_(Priority::Information,
+        host_->isEnabled()
+            ? trCount("ready: {} profile, master switch on", "ready: {} profiles, master switch on", count)
+            : trCount("ready: {} profile, master switch off", "ready: {} profiles, master switch off", count));
 }
 
 void Daemon::ownName() {
@@ -189,7 +196,7 @@ void Daemon::ownName() {
 
 void Daemon::nameLost() {
   if (stopping_) return;
-  sink_(Priority::Error, "another program has the name com.quorvel.Hushmode on the session bus");
+  sink_(Priority::Error, tr("another program has the name com.quorvel.Hushmode on the session bus"));
   stop(busLost);
 }
 
@@ -206,7 +213,7 @@ void Daemon::profilesChanged() {
   for (const Dictionary& each : host_->profiles()) known.emplace_back(each);
   // Our own writes are changes of the file, too.
   if (content && comparable(*content) == comparable(known)) return;
-  sink_(Priority::Notice, "the profiles file was changed by another program");
+  sink_(Priority::Notice, tr("the profiles file was changed by another program"));
   host_->profilesFileChanged();
 }
 
@@ -214,7 +221,8 @@ void Daemon::serviceChanged(const std::string& name, const ServiceState& now, co
   if (!name.empty()) {
     const bool isUsual = now.available && (!before || before->available);
     sink_(isUsual ? Priority::Information : Priority::Warning,
-          name + ": " + (now.available ? "" : "rests: ") + now.detail);
+          now.available ? tr("{0}: {1}", serviceText(name), now.detail)
+                        : tr("{0}: rests: {1}", serviceText(name), now.detail));
   }
   if (!started_) {
     const bool all = std::all_of(std::begin(awaited), std::end(awaited),
@@ -241,10 +249,13 @@ void Daemon::aboutToSleep() {
 }
 
 void Daemon::tell(const host::Switch& each) {
+  const std::string change = inWords(host::difference(each.before, each.after));
   // Without the reason, which names an event.
-  sink_(Priority::Information, "profile \"" + each.profile + "\" " + (each.on ? "on" : "off") + ": " +
-                                   (each.withNext ? "with the next" : host::differenceText(each.before, each.after)));
-  sink_(Priority::Debug, "for " + each.reason);
+  sink_(Priority::Information, each.withNext ? (each.on ? tr("profile \"{0}\" on: with the next", each.profile)
+                                                        : tr("profile \"{0}\" off: with the next", each.profile))
+                                             : (each.on ? tr("profile \"{0}\" on: {1}", each.profile, change)
+                                                        : tr("profile \"{0}\" off: {1}", each.profile, change)));
+  sink_(Priority::Debug, tr("for {}", inWords(each.reason)));
 }
 
 bool Daemon::setEnabled(bool enabled) {
@@ -277,7 +288,7 @@ void Daemon::stop(int code) {
   stopLook_ = Glib::signal_timeout().connect(look, 10);
   stopLimit_ = Glib::signal_timeout().connect_seconds(
       [this, code] {
-        sink_(Priority::Error, "a service has not taken what it was sent at the end");
+        sink_(Priority::Error, tr("a service has not taken what it was sent at the end"));
         quit_(code);
         return false;
       },

@@ -54,7 +54,7 @@ bus::Dictionaries listedEvents(double from, double to) {
   // Written so that what is no number is refused, too.
   if (!(from <= to && to - from <= longest)) {
     throw host::EditError(host::EditError::Kind::InvalidArgument,
-                          "expected a span of at most " + std::to_string(mostDays) + " days");
+                          host::Message("expected a span of at most {0} days", mostDays));
   }
   const auto manager = HMEventManager::sharedManager();
   const auto store = manager->eventStore();

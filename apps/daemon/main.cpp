@@ -2,9 +2,10 @@
 
 #include "apps/daemon/Daemon.h"
 #include "apps/daemon/Rescue.h"
+#include "apps/words/Language.h"
+#include "devices/words/Text.h"
 
 #include <CLI/CLI.hpp>
-#include <clocale>
 #include <csignal>
 #include <giomm/init.h>
 #include <glib-unix.h>
@@ -30,33 +31,33 @@ struct Signals {
 }  // namespace
 
 int main(int argc, char** argv) {
+  using hushmode::tr;
   using hushmode::devices::Priority;
-  std::setlocale(LC_ALL, "");
-  // Property lists write numbers with a point, whatever the user's language.
-  std::setlocale(LC_NUMERIC, "C");
+  hushmode::useLanguageOfEnvironment();
   Glib::set_init_to_users_preferred_locale(false);  // It would be set anew, numbers included.
   Gio::init();
 
   hushmode::daemon::Options options;
   options.calendarFolder = std::filesystem::path(Glib::get_user_data_dir()) / "hushmode" / "calendars";
   options.dataFolder = HUSHMODE_DATA_FOLDER;
-  CLI::App program("Silences this phone by calendar, clock and network, and puts everything back afterwards.",
+  CLI::App program(tr("Silences this phone by calendar, clock and network, and puts everything back afterwards."),
                    "hushmoded");
   program.set_version_flag("--version", "hushmoded " HUSHMODE_VERSION);
-  program.add_option("--calendars", options.calendarFolder, "The folder of iCalendar files")->type_name("FOLDER");
-  program.add_option("--data", options.dataFolder, "Where the string tables are")->type_name("FOLDER");
-  program.add_flag("-v,--verbose", options.verbose, "Say the library's decisions, too; they name events and networks");
   bool rescue = false, dryRun = false;
   auto* rescuing =
       program.add_flag("--rescue", rescue,
-                       "Put back what a daemon that died has left changed, print what was as JSON, and end; "
-                       "for \"hushmode rescue\"");
-  program.add_flag("--dry-run", dryRun, "With --rescue: only look")->needs(rescuing);
+                       tr("Put back what a daemon that died has left changed, print what was as JSON, and end; for "
+                          "\"hushmode rescue\""));
+  program.add_flag("--dry-run", dryRun, tr("With --rescue: only look"))->needs(rescuing);
+  program.add_option("--calendars", options.calendarFolder, tr("The folder of iCalendar files"))->type_name("FOLDER");
+  program.add_option("--data", options.dataFolder, tr("Where the string tables are"))->type_name("FOLDER");
+  program.add_flag("-v,--verbose", options.verbose,
+                   tr("Say the library's decisions, too; they name events and networks"));
   program.footer(
-      "It is started by the session (systemd, D-Bus or autostart), not by hand, and ends with SIGTERM.\n"
-      "Programs talk to it on the session bus: com.quorvel.Hushmode.\n\n"
-      "Example:\n"
-      "  hushmoded --verbose --calendars ~/.calendars");
+      tr("It is started by the session (systemd, D-Bus or autostart), not by hand, and ends with SIGTERM.\n"
+         "Programs talk to it on the session bus: com.quorvel.Hushmode.\n\n"
+         "Example:\n"
+         "  hushmoded --verbose --calendars ~/.calendars"));
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -78,7 +79,7 @@ int main(int argc, char** argv) {
     try {
       throw;
     } catch (const std::exception& problem) {
-      sink(Priority::Error, std::string("a callback failed: ") + problem.what());
+      sink(Priority::Error, tr("a callback failed: {}", problem.what()));
     }
   });
   const auto loop = Glib::MainLoop::create();
@@ -99,7 +100,7 @@ int main(int argc, char** argv) {
     sink(Priority::Notice, other.what());
     return alreadyRunning;
   } catch (const std::exception& problem) {
-    sink(Priority::Error, std::string("cannot start: ") + problem.what());
+    sink(Priority::Error, tr("cannot start: {}", problem.what()));
     return notStarted;
   }
   return code;

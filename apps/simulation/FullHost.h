@@ -31,7 +31,8 @@ class FullHost final : public HostDriver {
   host::Host& host() { return host_; }
 
  private:
-  void complaining(const std::string& what, const std::function<void()>& work);
+  /// `what`: with {0} for the reason.
+  void complaining(const char* what, const std::function<void()>& work);
 
   devices::SimulatedPhone& phone_;
   Complaint complain_;

@@ -1,5 +1,7 @@
 #include "apps/simulation/JsonReader.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -62,27 +64,28 @@ std::pair<std::shared_ptr<const JsonReader::Json>, JsonReader> JsonReader::parse
     // The library's text begins with its own name and number in brackets; people need the rest.
     std::string reason = error.what();
     if (const auto bracket = reason.find("] "); bracket != std::string::npos) reason.erase(0, bracket + 2);
-    throw InputError(file + ": not JSON: " + reason);
+    throw InputError(tr("{0}: not JSON: {1}", file, reason));
   }
 }
 
-std::string JsonReader::place() const { return file_ + ": " + (path_.empty() ? "top level" : path_); }
+std::string JsonReader::place() const { return path_.empty() ? tr("{0}: top level", file_) : file_ + ": " + path_; }
 
 void JsonReader::fail(const std::string& expectation) const { throw InputError(place() + ": " + expectation); }
 
 void JsonReader::requireKeys(std::initializer_list<std::string_view> known) const {
-  if (!json_->is_object()) fail("expected an object");
+  if (!json_->is_object()) fail(tr("expected an object"));
   for (const auto& [key, value] : json_->items()) {
     if (std::find(known.begin(), known.end(), key) != known.end()) continue;
     const std::string near = nearestOf(key, known);
     std::string all;
     for (const std::string_view each : known) all += (all.empty() ? "" : ", ") + std::string(each);
-    fail("unknown key " + inQuotes(key) + (near.empty() ? "; known are: " + all : "; did you mean \"" + near + "\"?"));
+    fail(near.empty() ? tr("unknown key {0}; known are: {1}", inQuotes(key), all)
+                      : tr("unknown key {0}; did you mean \"{1}\"?", inQuotes(key), near));
   }
 }
 
 std::optional<JsonReader> JsonReader::find(const std::string& key) const {
-  if (!json_->is_object()) fail("expected an object");
+  if (!json_->is_object()) fail(tr("expected an object"));
   const auto place = json_->find(key);
   if (place == json_->end()) return std::nullopt;
   return JsonReader(*place, file_, path_.empty() ? key : path_ + "." + key);
@@ -90,12 +93,12 @@ std::optional<JsonReader> JsonReader::find(const std::string& key) const {
 
 JsonReader JsonReader::require(const std::string& key) const {
   auto value = find(key);
-  if (!value) fail("expected a key \"" + key + "\"");
+  if (!value) fail(tr("expected a key \"{}\"", key));
   return *std::move(value);
 }
 
 std::vector<JsonReader> JsonReader::elements() const {
-  if (!json_->is_array()) fail("expected a list");
+  if (!json_->is_array()) fail(tr("expected a list"));
   std::vector<JsonReader> list;
   for (std::size_t i = 0; i < json_->size(); ++i) {
     list.push_back(JsonReader((*json_)[i], file_, path_ + "[" + std::to_string(i) + "]"));
@@ -104,7 +107,7 @@ std::vector<JsonReader> JsonReader::elements() const {
 }
 
 std::vector<std::pair<std::string, JsonReader>> JsonReader::members() const {
-  if (!json_->is_object()) fail("expected an object");
+  if (!json_->is_object()) fail(tr("expected an object"));
   std::vector<std::pair<std::string, JsonReader>> list;
   for (const auto& [key, value] : json_->items()) {
     list.emplace_back(key, JsonReader(value, file_, path_.empty() ? key : path_ + "." + key));
@@ -113,19 +116,19 @@ std::vector<std::pair<std::string, JsonReader>> JsonReader::members() const {
 }
 
 std::string JsonReader::text() const {
-  if (!json_->is_string()) fail("expected a text");
+  if (!json_->is_string()) fail(tr("expected a text"));
   return json_->get<std::string>();
 }
 
 bool JsonReader::boolean() const {
-  if (!json_->is_boolean()) fail("expected true or false");
+  if (!json_->is_boolean()) fail(tr("expected true or false"));
   return json_->get<bool>();
 }
 
 double JsonReader::number(double lowest, double highest) const {
   const double number = json_->is_number() ? json_->get<double>() : lowest - 1;
   if (!(number >= lowest && number <= highest)) {
-    fail("expected a number from " + Json(lowest).dump() + " to " + Json(highest).dump());
+    fail(tr("expected a number from {0} to {1}", Json(lowest).dump(), Json(highest).dump()));
   }
   return number;
 }

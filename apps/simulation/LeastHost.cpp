@@ -1,6 +1,7 @@
 #include "apps/simulation/LeastHost.h"
 
 #include "apps/simulation/TimeText.h"
+#include "devices/words/Text.h"
 #include "effects/VolumeMarks.h"
 #include "model/TimeOfDay.h"
 
@@ -67,7 +68,7 @@ bool LeastHost::complainOfUnreadableWindows() {
     const std::string fault = windowFault(*profile);
     if (fault.empty()) continue;
     any = true;
-    complainOnce("profile \"" + profile->title().value_or("(no title)") + "\": " + fault);
+    complainOnce(tr("profile \"{0}\": {1}", profile->title().value_or(tr("(no title)")), fault));
   }
   return any;
 }
@@ -105,7 +106,8 @@ void LeastHost::masterSwitchChanged(bool on) {
 
 void LeastHost::addProfile(const platform::Dictionary& profile) {
   guard([&] {
-    manager()->addProfile(HMProfile::initWithDictionary(profile), nullptr, complaining("the profile was not added"));
+    manager()->addProfile(HMProfile::initWithDictionary(profile), nullptr,
+                          complaining(HUSHMODE_MARKED("the profile was not added: {0}")));
   });
   plan(false);
 }
@@ -114,20 +116,23 @@ void LeastHost::editProfile(const std::shared_ptr<HMProfile>& profile, const pla
   guard([&] {
     platform::Dictionary edited = profile->dictionaryRepresentation();
     for (const auto& [key, value] : changes) edited.set(key, value);
-    manager()->updateProfile(HMProfile::initWithDictionary(edited), nullptr, complaining("the edit was not saved"));
+    manager()->updateProfile(HMProfile::initWithDictionary(edited), nullptr,
+                             complaining(HUSHMODE_MARKED("the edit was not saved: {0}")));
   });
   plan(false);
 }
 
 void LeastHost::deleteProfile(const std::shared_ptr<HMProfile>& profile) {
-  guard([&] { manager()->deleteProfile(profile, nullptr, complaining("the profile was not deleted")); });
+  guard([&] {
+    manager()->deleteProfile(profile, nullptr, complaining(HUSHMODE_MARKED("the profile was not deleted: {0}")));
+  });
   plan(false);
 }
 
-HMProfilesManager::Failure LeastHost::complaining(const std::string& what) {
+HMProfilesManager::Failure LeastHost::complaining(const char* what) {
   return [this, what](const StoreError& error) {
     const auto description = error.userInfo.find("NSLocalizedDescriptionKey");
-    complain_(what + ": " + (description == error.userInfo.end() ? "no reason given" : description->second));
+    complain_(tr(what, description == error.userInfo.end() ? tr("no reason given") : description->second));
   };
 }
 
@@ -137,7 +142,7 @@ void LeastHost::guard(const std::function<void()>& work) {
   } catch (const std::exception& fault) {
     // The library lets one fault out: a time of day that it cannot read.
     if (!process_ || !complainOfUnreadableWindows()) {
-      complainOnce(std::string("the host's work ended with an error: ") + fault.what());
+      complainOnce(tr("the host's work ended with an error: {0}", fault.what()));
       return;
     }
     planEachReadable(false);

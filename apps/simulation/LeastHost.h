@@ -42,7 +42,7 @@ class LeastHost final : public HostDriver {
 
  private:
   void armMidnight();
-  HMProfilesManager::Failure complaining(const std::string& what);
+  HMProfilesManager::Failure complaining(const char* what);
   void complainOnce(const std::string& text);
   /// Complains of profiles whose window cannot be read; true when there are any.
   bool complainOfUnreadableWindows();

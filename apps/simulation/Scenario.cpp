@@ -3,6 +3,7 @@
 #include "apps/simulation/ScenarioParts.h"
 #include "apps/simulation/TimeText.h"
 #include "devices/shared/PropertyListFile.h"
+#include "devices/words/Text.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -20,14 +21,16 @@ constexpr std::uintmax_t largestScenario = 16U << 20U;
 
 std::string contentsOf(const fs::path& file) {
   std::error_code error;
-  if (fs::is_directory(file, error)) throw InputError(file.string() + ": is a folder; expected a scenario file (JSON)");
+  if (fs::is_directory(file, error))
+    throw InputError(tr("{}: is a folder; expected a scenario file (JSON)", file.string()));
   const auto size = fs::file_size(file, error);
-  if (error) throw InputError(file.string() + ": " + error.message() + "; expected a scenario file (JSON)");
-  if (size > largestScenario) throw InputError(file.string() + ": larger than 16 MiB; expected a scenario file (JSON)");
+  if (error) throw InputError(tr("{0}: {1}; expected a scenario file (JSON)", file.string(), error.message()));
+  if (size > largestScenario)
+    throw InputError(tr("{}: larger than 16 MiB; expected a scenario file (JSON)", file.string()));
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream text;
   if (!stream || !(text << stream.rdbuf())) {
-    throw InputError(file.string() + ": cannot be read, or is empty; expected a scenario file (JSON)");
+    throw InputError(tr("{}: cannot be read, or is empty; expected a scenario file (JSON)", file.string()));
   }
   return text.str();
 }
@@ -35,8 +38,8 @@ std::string contentsOf(const fs::path& file) {
 fs::path existingFolder(const fs::path& folder) {
   std::error_code error;
   if (!fs::is_directory(folder, error)) {
-    throw InputError(folder.string() + ": " + (error ? error.message() : "not a folder") +
-                     "; expected a folder of iCalendar files");
+    throw InputError(tr("{0}: {1}; expected a folder of iCalendar files", folder.string(),
+                        error ? error.message() : tr("not a folder")));
   }
   return folder;
 }
@@ -100,19 +103,22 @@ void readProfileList(const JsonReader& json, const fs::path& base, Scenario& sce
 std::shared_ptr<const TimeZone> zoneNamed(const std::optional<std::string>& name) {
   const std::string wanted = name.value_or(machineZoneName());
   if (auto zone = TimeZone::named(wanted)) return zone;
-  throw InputError("the system knows no time zone \"" + wanted + "\"; expected a name such as Europe/Berlin or UTC" +
-                   (name ? "" : " (from TZ or /etc/localtime; --zone chooses another)"));
+  throw InputError(
+      name ? tr("the system knows no time zone \"{}\"; expected a name such as Europe/Berlin or UTC", wanted)
+           : tr("the system knows no time zone \"{}\"; expected a name such as Europe/Berlin or UTC (from TZ or "
+                "/etc/localtime; --zone chooses another)",
+                wanted));
 }
 
 platform::Array readProfiles(const fs::path& file) {
   using State = devices::PropertyListFileContent::State;
   const auto content = devices::PropertyListFile(file.string()).read();
   if (content.state == State::Missing) {
-    throw InputError(file.string() + ": no such file; expected a property list of profiles");
+    throw InputError(tr("{}: no such file; expected a property list of profiles", file.string()));
   }
   if (content.state == State::Unreadable) throw InputError(content.error);
   if (const auto* array = content.value->as<platform::Array>()) return *array;
-  throw InputError(file.string() + ": top level: expected an array of profiles");
+  throw InputError(tr("{}: top level: expected an array of profiles", file.string()));
 }
 
 void setSpan(Scenario& scenario, const std::optional<std::string>& from, const std::optional<std::string>& to,
@@ -120,7 +126,7 @@ void setSpan(Scenario& scenario, const std::optional<std::string>& from, const s
   const auto parse = [&](const std::string& text, const char* what) {
     const auto time = parseTime(text, *scenario.zone, today);
     if (!time) {
-      throw InputError(std::string(what) + ": \"" + text + "\" is no time; expected " + std::string(timeFormats));
+      throw InputError(tr("{0}: \"{1}\" is no time; expected {2}", what, text, timeFormats()));
     }
     return *time;
   };
@@ -128,10 +134,10 @@ void setSpan(Scenario& scenario, const std::optional<std::string>& from, const s
   if (to) scenario.to = parse(*to, "to");
   if (!to || isDateOnly(*to)) scenario.to = endOfLocalDay(to ? scenario.to : scenario.from, *scenario.zone);
   if (scenario.to < scenario.from) {
-    throw InputError("to: " + *to + " is before from" + (from ? " (" + *from + ")" : ""));
+    throw InputError(from ? tr("to: {0} is before from ({1})", *to, *from) : tr("to: {0} is before from", *to));
   }
   constexpr double mostSeconds = 50 * 366 * 86400.0;
-  if (scenario.to - scenario.from > mostSeconds) throw InputError("to: more than 50 years after from");
+  if (scenario.to - scenario.from > mostSeconds) throw InputError(tr("to: more than 50 years after from"));
 }
 
 Scenario scenarioFrom(const ScenarioOptions& options, Date today) {
@@ -154,7 +160,7 @@ Scenario readScenario(const fs::path& file, const ScenarioOptions& options) {
     const JsonReader zone = top.require("zone");
     scenario.zone = TimeZone::named(zone.text());
     if (!scenario.zone)
-      zone.fail("the system knows no time zone \"" + zone.text() + "\"; expected one such as Europe/Berlin");
+      zone.fail(tr("the system knows no time zone \"{}\"; expected one such as Europe/Berlin", zone.text()));
   }
   const auto textAt = [&](const char* key, const std::optional<std::string>& option) -> std::optional<std::string> {
     if (option) return option;

@@ -1,6 +1,7 @@
 #include "apps/simulation/ScenarioParts.h"
 
 #include "apps/simulation/TimeText.h"
+#include "devices/words/Text.h"
 #include "store/HMProfilesManager.h"
 
 #include <array>
@@ -16,7 +17,7 @@ Date readTime(const JsonReader& json, const Scenario& scenario) {
   const std::string text = json.text();
   const auto time = parseTime(text, *scenario.zone, scenario.from);
   if (!time) {
-    json.fail("\"" + text + "\" is no time; expected 09:30 (on the first day), " + std::string(timeFormats));
+    json.fail(tr("\"{0}\" is no time; expected 09:30 (on the first day), {1}", text, timeFormats()));
   }
   return *time;
 }
@@ -28,7 +29,7 @@ Value readValue(const JsonReader& json) {
   if (value.is_number()) return value.get<double>();
   if (value.is_string()) return value.get<std::string>();
   if (value.is_object()) return readDictionary(json);
-  if (!value.is_array()) json.fail("expected a text, a number, true, false, a list or an object");
+  if (!value.is_array()) json.fail(tr("expected a text, a number, true, false, a list or an object"));
   platform::Array array;
   for (const JsonReader& element : json.elements()) array.push_back(readValue(element));
   return array;
@@ -46,7 +47,7 @@ platform::EKEventStatus readEventStatus(const JsonReader& json) {
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (names[i] == text) return static_cast<platform::EKEventStatus>(i);
   }
-  json.fail("\"" + text + "\" is no status; expected none, confirmed, tentative or cancelled");
+  json.fail(tr("\"{}\" is no status; expected none, confirmed, tentative or cancelled", text));
 }
 
 devices::SimulatedEvent readEvent(const JsonReader& json, const std::string& calendar, const Scenario& scenario) {
@@ -59,7 +60,7 @@ devices::SimulatedEvent readEvent(const JsonReader& json, const std::string& cal
                                 .allDay = json.booleanOr("allDay", false)};
   if (const auto title = json.find("title")) event.title = title->text();
   if (const auto status = json.find("status")) event.status = readEventStatus(*status);
-  if (event.end < event.start) json.require("end").fail("the event ends before it starts");
+  if (event.end < event.start) json.require("end").fail(tr("the event ends before it starts"));
   return event;
 }
 
@@ -112,7 +113,7 @@ void readPhone(const JsonReader& json, Scenario& scenario) {
     const auto when = text == "none"       ? Notices::None
                       : text == "inside"   ? Notices::InsideTheCall
                       : text == "run loop" ? Notices::FromTheRunLoop
-                                           : (notices->fail("expected none, inside or run loop"), Notices::None);
+                                           : (notices->fail(tr("expected none, inside or run loop")), Notices::None);
     prepare([when](SimulatedPhone& p) { p.sound().setNotices(when); });
   }
   if (const auto networks = json.find("networks")) {
@@ -148,7 +149,7 @@ std::function<void(SimulatedPhone&)> readFault(const JsonReader& json) {
     try {
       probe.classes().removeClass(className);
     } catch (const std::invalid_argument&) {
-      name->fail("the phone has no class \"" + className + "\"");
+      name->fail(tr("the phone has no class \"{}\"", className));
     }
     return
         [=](SimulatedPhone& p) { present ? p.classes().restoreClass(className) : p.classes().removeClass(className); };
@@ -156,11 +157,11 @@ std::function<void(SimulatedPhone&)> readFault(const JsonReader& json) {
   const bool fail = json.booleanOr("fail", true);
   if (const auto writes = json.find("writes")) {
     if (writes->text() == "files") return [fail](SimulatedPhone& p) { p.files().setWritesFail(fail); };
-    if (writes->text() != "volume") writes->fail("expected files or volume");
+    if (writes->text() != "volume") writes->fail(tr("expected files or volume"));
     const std::string category = json.require("category").text();
     return [=](SimulatedPhone& p) { p.sound().setWriteFails(category, fail); };
   }
-  if (json.require("reads").text() != "volume") json.require("reads").fail("expected volume");
+  if (json.require("reads").text() != "volume") json.require("reads").fail(tr("expected volume"));
   const std::string category = json.require("category").text();
   return [=](SimulatedPhone& p) { p.sound().setReadFails(category, fail); };
 }

@@ -3,6 +3,7 @@
 #include "apps/simulation/ScenarioParts.h"
 #include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
+#include "devices/words/Text.h"
 
 #include <array>
 
@@ -39,8 +40,8 @@ Perform followed(Perform step, void (HostDriver::*tell)()) {
 void requireListedEvents(const JsonReader& json, const Scenario& scenario) {
   if (scenario.calendarFolder) {
     json.fail(
-        "the calendars of this scenario are a folder of files, which steps do not change; list the events under "
-        "\"calendars\" instead");
+        tr("the calendars of this scenario are a folder of files, which steps do not change; list the events under "
+           "\"calendars\" instead"));
   }
 }
 
@@ -109,7 +110,7 @@ Perform moveEvent(const JsonReader& json, const Scenario& scenario) {
   requireListedEvents(json, scenario);
   json.requireKeys({"at", "do", "uid", "start", "end"});
   const auto begin = readTime(json.require("start"), scenario), end = readTime(json.require("end"), scenario);
-  if (end < begin) json.require("end").fail("the event ends before it starts");
+  if (end < begin) json.require("end").fail(tr("the event ends before it starts"));
   return onPhone(json,
                  [=, uid = json.require("uid").text()](SimulatedPhone& p) { p.calendars().move(uid, begin, end); });
 }
@@ -167,7 +168,7 @@ Perform pressVolume(const JsonReader& json, const Scenario&) {
     if (given->text() == "media") {
       category = SimulatedSound::media;
     } else if (given->text() != "ringtone") {
-      given->fail("expected \"ringtone\" or \"media\"");
+      given->fail(tr("expected \"ringtone\" or \"media\""));
     }
   }
   return [category, volume = float(json.require("volume").number(0, 1))](Simulation& s) {
@@ -217,7 +218,7 @@ Perform setClock(const JsonReader& json, const Scenario& scenario) {
 Perform setZone(const JsonReader& json, const Scenario&) {
   json.requireKeys({"at", "do", "zone"});
   const std::string name = json.require("zone").text();
-  if (!devices::TimeZone::named(name)) json.require("zone").fail("the system knows no time zone \"" + name + "\"");
+  if (!devices::TimeZone::named(name)) json.require("zone").fail(tr("the system knows no time zone \"{}\"", name));
   return followed(onPhone(json, [name](SimulatedPhone& p) { p.moveToTimeZone(name); }), &HostDriver::clockChanged);
 }
 
@@ -268,7 +269,7 @@ Step readStep(const JsonReader& json, const Scenario& scenario) {
     words.emplace_back(kind.word);
   }
   const std::string near = nearestOf(text, words);
-  word.fail("\"" + text + "\" is no step" + (near.empty() ? "" : "; did you mean \"" + near + "\"?"));
+  word.fail(near.empty() ? tr("\"{}\" is no step", text) : tr("\"{0}\" is no step; did you mean \"{1}\"?", text, near));
 }
 
 }  // namespace hushmode::simulation

@@ -2,6 +2,7 @@
 
 #include "apps/simulation/FullHost.h"
 #include "apps/simulation/LeastHost.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
@@ -95,7 +96,7 @@ void Simulation::run() {
     runUntil(step.at);
     mortally([&] { step.perform(*this); });
     switches_->look();
-    switches_->setCause({});
+    switches_->setCause(std::nullopt);
   }
   runUntil(scenario_.to);
   switches_->finish();
@@ -148,7 +149,7 @@ void Simulation::kill() {
 void Simulation::stop() {
   switches_->unwatch();
   host_->stop();
-  switches_->setCause("Hush Mode stopped");
+  switches_->setCause(host::Reason{host::Reason::Kind::Stopped});
   switches_->stopped();
 }
 
@@ -157,7 +158,7 @@ void Simulation::start() { host_->start(); }
 void Simulation::setEnabled(bool enabled) {
   phone_->files().memory().set(HMProfilesManager::settingsPath, Dictionary{{"com.quorvel.hushmode.enabled", enabled}});
   phone_->record().step("master switch", {{"on", enabled}});
-  switches_->setCause(enabled ? "" : "Hush Mode switched off");
+  switches_->setCause(enabled ? std::nullopt : std::optional(host::Reason{host::Reason::Kind::SwitchedOff}));
   host_->masterSwitchChanged(enabled);
 }
 
@@ -167,7 +168,8 @@ std::shared_ptr<HMProfile> Simulation::profileTitled(const std::string& title) {
       if (profile->title() == title) return profile;
     }
   }
-  complain("no profile is titled \"" + title + "\"" + (host_->isRunning() ? "" : ": the host is not running"));
+  complain(host_->isRunning() ? tr("no profile is titled \"{}\"", title)
+                              : tr("no profile is titled \"{}\": the host is not running", title));
   return nullptr;
 }
 
@@ -176,7 +178,7 @@ void Simulation::editProfile(const std::string& title, const Dictionary& changes
 }
 
 void Simulation::addProfile(const Dictionary& profile) {
-  if (!host_->isRunning()) return complain("no profile can be added: the host is not running");
+  if (!host_->isRunning()) return complain(tr("no profile can be added: the host is not running"));
   host_->addProfile(profile);
 }
 

@@ -1,5 +1,8 @@
 #include "apps/simulation/TimeText.h"
 
+#include "apps/words/Clock.h"
+#include "devices/words/Text.h"
+
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -113,6 +116,8 @@ std::optional<Date> parseTime(std::string_view text, const TimeZone& zone, std::
   return Date(static_cast<double>(utc ? local : zone.utcFromLocal(local)) + clock->fraction);
 }
 
+std::string timeFormats() { return tr("2024-05-14, 2024-05-14T09:30 or 2024-05-14T09:30:15"); }
+
 bool isDateOnly(std::string_view text) { return takeDay(text) && text.empty(); }
 
 Date beginningOfLocalDay(Date date, const TimeZone& zone, int days) {
@@ -137,20 +142,17 @@ std::string isoTime(Date date, const TimeZone& zone) {
 }
 
 std::string dayHeading(Date date, const TimeZone& zone) {
-  static constexpr std::array weekdays{"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
-  static constexpr std::array months{"January", "February", "March",     "April",   "May",      "June",
-                                     "July",    "August",   "September", "October", "November", "December"};
   const Local local = localOf(date, zone);
-  const weekday dayOfWeek{sys_days(local.day)};
-  return std::string(weekdays[dayOfWeek.c_encoding()]) + ", " + std::to_string(static_cast<unsigned>(local.day.day())) +
-         " " + months[static_cast<unsigned>(local.day.month()) - 1] + " " +
-         std::to_string(static_cast<int>(local.day.year()));
+  return dayText(weekday(sys_days(local.day)).c_encoding(), static_cast<unsigned>(local.day.day()),
+                 static_cast<unsigned>(local.day.month()), static_cast<int>(local.day.year()));
 }
 
 std::string clockTime(Date date, const TimeZone& zone) {
-  const auto clock = localOf(date, zone).clock;
-  return printed("%02d:%02d:%02d", static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                 static_cast<int>(clock.seconds().count()));
+  return clockWithSeconds(static_cast<int>(localOf(date, zone).clock.to_duration().count()));
+}
+
+std::string minuteTime(Date date, const TimeZone& zone) {
+  return clockWithMinutes(static_cast<int>(localOf(date, zone).clock.to_duration().count()));
 }
 
 }  // namespace hushmode::simulation

@@ -19,7 +19,7 @@ std::optional<platform::Date> parseTime(std::string_view text, const devices::Ti
 bool isDateOnly(std::string_view text);
 
 /// What `parseTime` understands, for messages.
-inline constexpr std::string_view timeFormats = "2024-05-14, 2024-05-14T09:30 or 2024-05-14T09:30:15";
+std::string timeFormats();
 
 /// The first instant of the local day that is `days` after that of `date`.
 platform::Date beginningOfLocalDay(platform::Date date, const devices::TimeZone& zone, int days = 0);
@@ -27,10 +27,14 @@ platform::Date beginningOfLocalDay(platform::Date date, const devices::TimeZone&
 /// "2024-05-14T09:30:15.500+02:00"; whole seconds without the fraction.
 std::string isoTime(platform::Date date, const devices::TimeZone& zone);
 
+// For people, by the calendar and the clock of their language.
+
 /// "Tuesday, 14 May 2024".
 std::string dayHeading(platform::Date date, const devices::TimeZone& zone);
 
-/// "09:30:15".
+/// "09:30:15", or "09:30:15 AM".
 std::string clockTime(platform::Date date, const devices::TimeZone& zone);
+/// "09:30", or "09:30 AM".
+std::string minuteTime(platform::Date date, const devices::TimeZone& zone);
 
 }  // namespace hushmode::simulation

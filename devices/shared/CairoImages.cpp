@@ -1,5 +1,7 @@
 #include "devices/shared/CairoImages.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <cairomm/context.h>
 #include <cmath>
@@ -130,7 +132,7 @@ void CairoImage::writePng(const std::string& path) const {
   try {
     surface_->write_to_png(path);
   } catch (const std::exception& error) {
-    throw std::runtime_error(path + ": the picture could not be written: " + error.what());
+    throw std::runtime_error(tr("{0}: the picture could not be written: {1}", path, error.what()));
   }
 }
 

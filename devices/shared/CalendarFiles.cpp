@@ -1,6 +1,7 @@
 #include "devices/shared/CalendarFiles.h"
 
 #include "devices/shared/ICalReader.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -22,7 +23,7 @@ struct FileText {
 };
 
 FileText textOfFile(const std::string& path) {
-  const auto fail = [](int error) { return FileText{{}, std::string("cannot be read: ") + std::strerror(error)}; };
+  const auto fail = [](int error) { return FileText{{}, tr("cannot be read: {}", std::strerror(error))}; };
   // Not to wait for a writer, should it have become a pipe.
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor < 0) return fail(errno);
@@ -34,9 +35,7 @@ FileText textOfFile(const std::string& path) {
   if (fstat(descriptor, &status) != 0) return fail(errno);
   if (!S_ISREG(status.st_mode)) return fail(EINVAL);
   if (static_cast<std::uint64_t>(status.st_size) > CalendarFiles::kLargestFile) {
-    return {{},
-            "has " + std::to_string(status.st_size) + " bytes and is left out: at most " +
-                std::to_string(CalendarFiles::kLargestFile) + " are read"};
+    return {{}, tr("has {0} bytes and is left out: at most {1} are read", status.st_size, CalendarFiles::kLargestFile)};
   }
   std::string text(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t length = 0;
@@ -80,7 +79,7 @@ bool CalendarFiles::read(const CalendarPlace::File& file, Known& known, Calendar
   known.isUnreadable = !found.obstacle.empty();
   const auto keep = [&](const std::string& obstacle) {
     if (known.obstacle != obstacle) {
-      report(path + ": " + obstacle + (contents.has(path) ? "; what it held before is kept" : ""));
+      report(contents.has(path) ? tr("{0}: {1}; what it held before is kept", path, obstacle) : path + ": " + obstacle);
     }
     known.obstacle = obstacle;
     return false;
@@ -102,12 +101,13 @@ bool CalendarFiles::read(const CalendarPlace::File& file, Known& known, Calendar
                                     const auto line = std::count(found.text.data(), place.data(), '\n') + 1;
                                     problems.push_back(path + ":" + std::to_string(line) + ": " + what);
                                   });
-  if (known.takenWhole && !content.whole) return keep("is not a whole calendar, but perhaps half-written");
+  if (known.takenWhole && !content.whole) return keep(tr("is not a whole calendar, but perhaps half-written"));
   known.obstacle.clear();
   known.taken = file.signature;
   known.takenWhole = content.whole;
   for (const std::string& problem : problems) report(problem);
-  if (moreProblems > 0) report(path + ": " + std::to_string(moreProblems) + " more such problems");
+  if (moreProblems > 0)
+    report(trCount("{1}: {0} more such problem", "{1}: {0} more such problems", moreProblems, path));
   contents.put(path, std::move(content));
   return true;
 }

@@ -1,5 +1,7 @@
 #include "devices/shared/CalendarLayout.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -129,7 +131,7 @@ class Scan {
     }
     const FolderIdentity identity{self.st_dev, self.st_ino};
     if (std::find(around_.begin(), around_.end(), identity) != around_.end()) {
-      report_(folder.string() + ": leads back to a folder around it and is left out");
+      report_(tr("{}: leads back to a folder around it and is left out", folder.string()));
       return std::nullopt;
     }
     around_.push_back(identity);
@@ -162,7 +164,7 @@ class Scan {
   static std::string titleOf(const fs::path& folder) { return folder.filename().string(); }
 
   void reportError(const fs::path& path) const {
-    report_(path.string() + ": cannot be looked into: " + std::strerror(errno));
+    report_(tr("{0}: cannot be looked into: {1}", path.string(), std::strerror(errno)));
   }
 
   fs::path root_;

@@ -1,5 +1,6 @@
 #include "devices/shared/DiskDefaults.h"
 
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 namespace hushmode::devices {
@@ -32,8 +33,8 @@ DiskDefaults::Domain& DiskDefaults::domain(std::string_view name) const {
   }
   made.unreadable = true;
   if (diagnose_) {
-    diagnose_((content.error.empty() ? path + ": top level: expected a dictionary" : content.error) +
-              "; it is left as it is, and changes are kept in memory only: mend or remove it");
+    diagnose_(tr("{}; it is left as it is, and changes are kept in memory only: mend or remove it",
+                 content.error.empty() ? tr("{}: top level: expected a dictionary", path) : content.error));
   }
   return made;
 }

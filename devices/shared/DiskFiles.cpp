@@ -1,6 +1,7 @@
 #include "devices/shared/DiskFiles.h"
 
 #include "devices/shared/PropertyListFile.h"
+#include "devices/words/Text.h"
 
 namespace hushmode::devices {
 
@@ -46,22 +47,22 @@ std::optional<T> DiskFiles::contentsOf(std::string_view path, const char* expect
     return std::nullopt;
   }
   if (T* held = content.value->as<T>()) return std::move(*held);
-  tellOnce(file->string() + ": top level: expected " + expectation);
+  tellOnce(tr(expectation, file->string()));
   return std::nullopt;
 }
 
 std::optional<Array> DiskFiles::arrayWithContentsOfFile(std::string_view path) const {
-  return contentsOf<Array>(path, "an array");
+  return contentsOf<Array>(path, HUSHMODE_MARKED("{}: top level: expected an array"));
 }
 
 std::optional<Dictionary> DiskFiles::dictionaryWithContentsOfFile(std::string_view path) const {
-  return contentsOf<Dictionary>(path, "a dictionary");
+  return contentsOf<Dictionary>(path, HUSHMODE_MARKED("{}: top level: expected a dictionary"));
 }
 
 bool DiskFiles::writeArrayToFileAtomically(const Array& array, std::string_view path) {
   const auto file = diskPath(path);
   if (!file) {
-    if (diagnose_) diagnose_(std::string(path) + ": lies outside of " + devicePrefix_ + " and cannot be written");
+    if (diagnose_) diagnose_(tr("{0}: lies outside of {1} and cannot be written", path, devicePrefix_));
     return false;
   }
   auto& guarded = guarded_[file->string()];

@@ -2,8 +2,10 @@
 
 #include "devices/shared/PropertyListCodec.h"
 #include "devices/shared/PropertyListFileBytes.h"
+#include "devices/words/Text.h"
 
 #include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -17,7 +19,7 @@ namespace {
 std::optional<std::string> whyNoArray(std::string_view bytes) {
   const auto parsed = parsePropertyList(bytes);
   if (!parsed) return parsed.error;
-  if (!parsed.value->as<platform::Array>()) return "expected an array, found another value";
+  if (!parsed.value->as<platform::Array>()) return tr("expected an array, found another value");
   return std::nullopt;
 }
 
@@ -57,7 +59,6 @@ std::optional<std::string> GuardedPropertyListFile::keepUnreadable() {
 
 /// `bytes` is null when the file could not be read at all.
 std::optional<std::string> GuardedPropertyListFile::keepCopy(const std::string& reason, const std::string* bytes) {
-  constexpr std::string_view kCannotKeep = "cannot keep a copy of what is unreadable in it";
   constexpr int kMostCopies = 10'000;
   const std::string file = withoutLinks(path_);
   for (int number = 1; number <= kMostCopies; ++number) {
@@ -69,17 +70,17 @@ std::optional<std::string> GuardedPropertyListFile::keepCopy(const std::string& 
         if (!isCopy(copy, file, bytes)) continue;
       } else if (bytes && needsBytes(errno)) {
         if (const auto failure = replaceFileBytes(calls_, copy, *bytes, &file)) {
-          return std::string(kCannotKeep) + ": " + *failure;
+          return tr("cannot keep a copy of what is unreadable in it: {}", *failure);
         }
       } else {
-        return systemFailure(kCannotKeep);
+        return tr("cannot keep a copy of what is unreadable in it: {}", std::strerror(errno));
       }
     }
     if (auto failure = syncFolderOf(calls_, copy)) return failure;
-    diagnose_(path_ + " cannot be read (" + reason + "); before it is replaced, it is kept as " + copy);
+    diagnose_(tr("{0} cannot be read ({1}); before it is replaced, it is kept as {2}", path_, reason, copy));
     return std::nullopt;
   }
-  return "too many copies of what was unreadable are kept beside it";
+  return tr("too many copies of what was unreadable are kept beside it");
 }
 
 /// Whether `copy`, which exists, holds what `file` does.

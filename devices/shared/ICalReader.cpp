@@ -1,6 +1,7 @@
 #include "devices/shared/ICalReader.h"
 
 #include "devices/shared/ICalProperty.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -103,17 +104,17 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
   }
   text_ += "END:VEVENT\r\n";
   if (text_.size() > kLargestEvent || rules_.size() > kMostRules) {
-    report("the event is larger than any real one and is left out");
+    report(tr("the event is larger than any real one and is left out"));
     return;
   }
   const ICalComponentPointer component = parsedComponent(text_);
   if (!component || icalcomponent_isa(component.get()) != ICAL_VEVENT_COMPONENT) {
-    report("the event cannot be understood and is left out");
+    report(tr("the event cannot be understood and is left out"));
     return;
   }
 
   if (!readTimes(component.get(), entry)) {
-    report("the event has no DTSTART that can be understood and is left out");
+    report(tr("the event has no DTSTART that can be understood and is left out"));
     return;
   }
   if (const char* uid = icalcomponent_get_uid(component.get()); uid != nullptr && *uid != '\0') {
@@ -134,7 +135,7 @@ void ObjectReader::read(std::string_view event, std::size_t& anonymous, ICalFile
 /// What a SUMMARY says, or its beginning where it is too long for any use.
 std::string ObjectReader::titleOf(std::string_view line) {
   if (line.size() <= kLongestLine) return textOf(line);
-  report("the SUMMARY has " + std::to_string(line.size()) + " bytes: only its beginning is kept");
+  report(tr("the SUMMARY has {} bytes: only its beginning is kept", line.size()));
   std::size_t end = kLongestLine;
   while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0U) == 0x80U) --end;  // Not within a character.
   std::size_t slashes = 0;
@@ -151,7 +152,7 @@ void ObjectReader::appendLine(std::string_view line, std::string_view name) {
   }
   const std::size_t colon = valueBegin(line) - 1;
   if (!(equalsIgnoringCase(name, "EXDATE") || equalsIgnoringCase(name, "RDATE")) || colon >= kLongestLine) {
-    report("the " + std::string(name) + " has " + std::to_string(line.size()) + " bytes and is left out");
+    report(tr("the {0} has {1} bytes and is left out", name, line.size()));
     return;
   }
   const std::string_view beforeValue = line.substr(0, colon + 1);
@@ -172,7 +173,7 @@ std::optional<ICalTime> ObjectReader::timeOf(icalproperty* property, const icalt
   if (identifier.empty()) return ICalTime{*wall};
   const TimeZone* zone = zones_.resolve(identifier);
   if (zone == nullptr && unknownZones_.emplace(identifier).second) {
-    report("no time zone is known as \"" + std::string(identifier) + "\": its times are taken for local ones");
+    report(tr("no time zone is known as \"{}\": its times are taken for local ones", identifier));
   }
   return ICalTime{*wall, zone};
 }
@@ -250,7 +251,7 @@ void ObjectReader::readRules(const ICalTime& start, ICalRepetition& repetition) 
   for (const std::string& text : rules_) {
     auto rule = text.size() <= kLongestLine ? recurrenceRuleOf(text, start) : std::nullopt;
     if (!rule) {
-      report("the RRULE cannot be understood: without it, the event occurs only where DTSTART and RDATE say");
+      report(tr("the RRULE cannot be understood: without it, the event occurs only where DTSTART and RDATE say"));
       continue;
     }
     repetition.rules.emplace_back(std::move(*rule), start.wall);

@@ -1,6 +1,7 @@
 #include "devices/shared/ICalText.h"
 
 #include "devices/shared/ICalProperty.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <optional>
@@ -97,8 +98,8 @@ class Splitter {
 
   void reportIfOpen() {
     if (open_ != nullptr) {
-      problem_(begun_, open_ == &ICalObject::events ? "the event is not finished (no END:VEVENT) and is left out"
-                                                    : "the time zone is not finished (no END:VTIMEZONE)");
+      problem_(begun_, open_ == &ICalObject::events ? tr("the event is not finished (no END:VEVENT) and is left out")
+                                                    : tr("the time zone is not finished (no END:VTIMEZONE)"));
     }
     open_ = nullptr;
   }

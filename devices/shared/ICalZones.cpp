@@ -3,6 +3,7 @@
 #include "devices/shared/ICalProperty.h"
 #include "devices/shared/ICalZone.h"
 #include "devices/shared/WindowsZones.h"
+#include "devices/words/Text.h"
 
 namespace hushmode::devices {
 
@@ -51,8 +52,10 @@ ICalZoneResolver::ICalZoneResolver(const std::vector<std::string_view>& timeZone
     if (definition.zone) {
       zones_.insert_or_assign(definition.identifier, definition.zone);
     } else {
-      problem(component, "the time zone \"" + definition.identifier +
-                             "\" is not described completely (or changes too often); another of that name is used");
+      problem(
+          component,
+          tr("the time zone \"{}\" is not described completely (or changes too often); another of that name is used",
+             definition.identifier));
     }
   }
 }

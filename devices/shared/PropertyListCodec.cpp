@@ -4,6 +4,7 @@
 #include "devices/shared/PropertyListScalar.h"
 #include "devices/shared/PropertyListText.h"
 #include "devices/shared/PropertyListXmlCheck.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -221,8 +222,8 @@ class NodeWriter {
 };
 
 std::string tooLarge(const PropertyListLimits& limits) {
-  return "larger than a property list may be: " + std::to_string(limits.bytes) + " bytes, " +
-         std::to_string(limits.values) + " values, " + std::to_string(limits.depth) + " levels";
+  return tr("larger than a property list may be: {0} bytes, {1} values, {2} levels", limits.bytes, limits.values,
+            limits.depth);
 }
 
 }  // namespace
@@ -230,8 +231,7 @@ std::string tooLarge(const PropertyListLimits& limits) {
 PropertyListResult<Value> parsePropertyList(std::string_view bytes, const PropertyListLimits& limits) {
   // libplist counts bytes in 32 bits.
   if (bytes.size() > std::min<std::size_t>(limits.bytes, UINT32_MAX)) {
-    return {std::nullopt,
-            "expected at most " + std::to_string(limits.bytes) + " bytes, found " + std::to_string(bytes.size())};
+    return {std::nullopt, tr("expected at most {0} bytes, found {1}", limits.bytes, bytes.size())};
   }
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
@@ -244,7 +244,7 @@ PropertyListResult<Value> parsePropertyList(std::string_view bytes, const Proper
   plist_t read = nullptr;
   (isBinary ? plist_from_bin : plist_from_xml)(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &read);
   const Node root(read);
-  if (!root) return {std::nullopt, "expected a property list, found what libplist cannot read"};
+  if (!root) return {std::nullopt, tr("expected a property list, found what libplist cannot read")};
   return {valueOf(root.get()), {}};
 }
 

@@ -1,5 +1,7 @@
 #include "devices/shared/PropertyListFileBytes.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -65,7 +67,7 @@ Failure makeFolders(const std::filesystem::path& folder) {
   if (folder.empty() || std::filesystem::is_directory(folder, error)) return std::nullopt;
   if (auto failure = makeFolders(folder.parent_path())) return failure;
   if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) return std::nullopt;
-  return systemFailure("cannot make the folder " + folder.string());
+  return systemFailure(tr("cannot make the folder {}", folder.string()));
 }
 
 /// Path of a new name in `folder`. Another process may be about to use the same: whoever creates it first has it.
@@ -76,24 +78,24 @@ std::string temporaryPath(const std::string& folder, int attempt) {
 /// Gives `made` mode and owner of the file at `model`. One that is not there has none to give.
 Failure copyAttributes(FileCalls& calls, const std::string& model, const OpenFile& made) {
   const OpenFile file(calls, model, O_PATH);
-  if (!file) return errno == ENOENT ? std::nullopt : Failure(systemFailure("cannot open the old file"));
+  if (!file) return errno == ENOENT ? std::nullopt : Failure(systemFailure(tr("cannot open the old file")));
   struct stat old {};
   struct stat fresh {};
   if (calls.fstat(file.number(), &old) != 0 || calls.fstat(made.number(), &fresh) != 0) {
-    return systemFailure("cannot find out the old file's mode");
+    return systemFailure(tr("cannot find out the old file's mode"));
   }
   // Only the superuser may give files away; for others the file belongs to whoever writes it.
   if (old.st_uid != fresh.st_uid || old.st_gid != fresh.st_gid) {
     static_cast<void>(calls.fchown(made.number(), old.st_uid, old.st_gid) == 0);
   }
-  if (calls.fchmod(made.number(), old.st_mode & 07777) != 0) return systemFailure("cannot set the new file's mode");
+  if (calls.fchmod(made.number(), old.st_mode & 07777) != 0) return systemFailure(tr("cannot set the new file's mode"));
   return std::nullopt;
 }
 
 Failure writeAll(FileCalls& calls, const OpenFile& file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = calls.write(file.number(), bytes.data(), bytes.size());
-    if (written < 0) return systemFailure("cannot write the new file");
+    if (written < 0) return systemFailure(tr("cannot write the new file"));
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return std::nullopt;
@@ -111,20 +113,21 @@ FileBytes readFileBytes(FileCalls& calls, const std::string& path, std::size_t l
   const OpenFile file(calls, path, O_RDONLY | O_NONBLOCK);
   if (!file) {
     if (errno == ENOENT || errno == ENOTDIR) return {State::Missing, {}, {}};
-    return {State::Unreadable, {}, systemFailure("cannot open the file")};
+    return {State::Unreadable, {}, systemFailure(tr("cannot open the file"))};
   }
   struct stat status {};
-  if (calls.fstat(file.number(), &status) != 0) return {State::Unreadable, {}, systemFailure("cannot read the file")};
-  if (!S_ISREG(status.st_mode)) return {State::Unreadable, {}, "expected a regular file"};
+  if (calls.fstat(file.number(), &status) != 0)
+    return {State::Unreadable, {}, systemFailure(tr("cannot read the file"))};
+  if (!S_ISREG(status.st_mode)) return {State::Unreadable, {}, tr("expected a regular file")};
   const auto size = static_cast<std::size_t>(status.st_size);
-  const std::string tooLarge = "expected at most " + std::to_string(limit) + " bytes, found more";
+  const std::string tooLarge = tr("expected at most {} bytes, found more", limit);
   if (size > limit) return {State::Unreadable, {}, tooLarge};
 
   // One byte more than it should have, to see its end; a file that grows meanwhile is read on.
   std::string bytes(size + 1, '\0');
   for (std::size_t filled = 0;;) {
     const ssize_t got = calls.read(file.number(), bytes.data() + filled, bytes.size() - filled);
-    if (got < 0) return {State::Unreadable, {}, systemFailure("cannot read the file")};
+    if (got < 0) return {State::Unreadable, {}, systemFailure(tr("cannot read the file"))};
     filled += static_cast<std::size_t>(got);
     if (filled > limit) return {State::Unreadable, {}, tooLarge};
     if (got == 0) {
@@ -149,9 +152,9 @@ std::string withoutLinks(const std::string& path) {
 
 Failure syncFolderOf(FileCalls& calls, const std::string& path) {
   const OpenFile folder(calls, folderOf(path), O_RDONLY | O_DIRECTORY);
-  if (!folder) return systemFailure("cannot open the folder");
+  if (!folder) return systemFailure(tr("cannot open the folder"));
   // Some file systems cannot sync folders, and say so with EINVAL.
-  if (calls.fsync(folder.number()) != 0 && errno != EINVAL) return systemFailure("cannot sync the folder");
+  if (calls.fsync(folder.number()) != 0 && errno != EINVAL) return systemFailure(tr("cannot sync the folder"));
   return std::nullopt;
 }
 
@@ -164,17 +167,18 @@ Failure replaceFileBytes(FileCalls& calls, const std::string& path, std::string_
     const std::string temporary = temporaryPath(folderOf(target), attempt);
     OpenFile file(calls, temporary, O_WRONLY | O_CREAT | O_EXCL, 0600);
     if (!file && errno == EEXIST) continue;
-    if (!file) return systemFailure("cannot make a new file");
+    if (!file) return systemFailure(tr("cannot make a new file"));
     TemporaryName name(calls, temporary);
     if (auto failure = writeAll(calls, file, bytes)) return failure;
     if (auto failure = copyAttributes(calls, model ? *model : target, file)) return failure;
-    if (calls.fsync(file.number()) != 0) return systemFailure("cannot sync the new file");
-    if (file.close() != 0) return systemFailure("cannot close the new file");
-    if (calls.rename(temporary.c_str(), target.c_str()) != 0) return systemFailure("cannot put the new file in place");
+    if (calls.fsync(file.number()) != 0) return systemFailure(tr("cannot sync the new file"));
+    if (file.close() != 0) return systemFailure(tr("cannot close the new file"));
+    if (calls.rename(temporary.c_str(), target.c_str()) != 0)
+      return systemFailure(tr("cannot put the new file in place"));
     name.keep();
     return syncFolderOf(calls, target);
   }
-  return "cannot make a new file: too many were left behind in the folder";
+  return tr("cannot make a new file: too many were left behind in the folder");
 }
 
 }  // namespace hushmode::devices

@@ -218,7 +218,7 @@ TEST(Stopping, TellsTheSwitchWithItsReason) {
   }));
   live(scenario);
   ASSERT_EQ(told.size(), 1U);
-  EXPECT_EQ(told[0].reason, "Hush Mode stopped");
+  EXPECT_EQ(told[0].reason, host::Reason{host::Reason::Kind::Stopped});
   EXPECT_FLOAT_EQ(*told[0].after.ringtone, 0.8);
 }
 
@@ -267,7 +267,7 @@ TEST(Applied, IsShownWithItsReasonAndItsEnd) {
   live(scenario);
   ASSERT_EQ(shown.size(), 1U);
   EXPECT_EQ(shown[0].title, "Work");
-  EXPECT_EQ(shown[0].reason, "\"Event 1\"");
+  EXPECT_EQ(messageOf(shown[0].reason).english(), "\"Event 1\"");
   EXPECT_EQ(shown[0].until, *parseTime("2024-05-14T11:00", *scenario.zone));
 }
 

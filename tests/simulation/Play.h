@@ -34,7 +34,7 @@ inline Played play(const std::string& json, Hosting hosting = Hosting::Least) {
   audience.decisions = true;
   audience.switched = [&](const Switch& each) {
     played.switches.push_back(clockTime(each.at, *zone) + " " + each.profile + (each.on ? " on " : " off ") +
-                              each.reason + ": " +
+                              host::messageOf(each.reason).english() + ": " +
                               (each.withNext ? "with the next" : differenceText(each.before, each.after)));
   };
   audience.complaint = [&](const std::string& text) { played.complaints.push_back(text); };

@@ -1,5 +1,7 @@
 #include "devices/linux/calendars/EvolutionCalendar.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <glibmm/main.h>
 #include <utility>
@@ -72,7 +74,7 @@ void EvolutionCalendar::awaitAnswer() {
   limit_ = Glib::signal_timeout().connect(
       [this] {
         limit_ = {};
-        fail("it does not answer");
+        fail(tr("it does not answer"));
         return false;
       },
       static_cast<unsigned>(answerLimit_.count()));
@@ -89,7 +91,7 @@ void EvolutionCalendar::connected(GAsyncResult* result) {
   EClient* client = e_cal_client_connect_finish(result, error.place());
   if (client == nullptr) return fail(error.text());
   client_.reset(E_CAL_CLIENT(client));
-  backendDied_ = std::make_unique<SignalHandler<>>(client, "backend-died", [this] { fail("its process ended"); });
+  backendDied_ = std::make_unique<SignalHandler<>>(client, "backend-died", [this] { fail(tr("its process ended")); });
   readOnlyChanged_ = std::make_unique<SignalHandler<GParamSpec*>>(client, "notify::readonly",
                                                                   [this](GParamSpec*) { noteWritableSoon(); });
   e_cal_client_get_view(client_.get(), kEverything, cancellable_.get(), runResultHandler,

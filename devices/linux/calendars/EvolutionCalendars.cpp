@@ -4,6 +4,7 @@
 #include "devices/linux/calendars/EvolutionRegistry.h"
 #include "devices/shared/CalendarSetSource.h"
 #include "devices/shared/ICalReader.h"
+#include "devices/words/Text.h"
 
 #include <glibmm/main.h>
 #include <map>
@@ -128,7 +129,7 @@ bool EvolutionCalendars::takeTexts(Followed& followed, const std::string& identi
     if (!isNew && std::exchange(known->second, hash) == hash) continue;
     changed = true;
     const auto problem = [&, &uid = object](std::string_view, const std::string& what) {
-      set_.report("\"" + uid + "\" in " + identifier + ": " + what);
+      set_.report(tr("\"{0}\" in {1}: {2}", uid, identifier, what));
     };
     contents.put(object, readICalFile(text, object, set_.zones(), problem));
   }
@@ -165,9 +166,9 @@ void EvolutionCalendars::reportSoon() {
 }
 
 void EvolutionCalendars::report() {
-  const std::string obstacle = registry_ ? registry_->obstacle() : "there is no session bus";
+  const std::string obstacle = registry_ ? registry_->obstacle() : tr("there is no session bus");
   if (!obstacle.empty()) {
-    services_.report(kEvolutionServiceName, {false, "Evolution Data Server: " + obstacle});
+    services_.report(kEvolutionServiceName, {false, tr("Evolution Data Server: {}", obstacle)});
     return;
   }
   std::string failing;
@@ -178,12 +179,12 @@ void EvolutionCalendars::report() {
     if (reason.empty()) {
       ++read;
     } else {
-      failing += "; not \"" + titleOf(followed.calendar->source()) + "\": " + reason;
+      failing = tr("{0}; not \"{1}\": {2}", failing, titleOf(followed.calendar->source()), reason);
     }
   }
   services_.report(kEvolutionServiceName,
-                   {read > 0 || failing.empty(), "Evolution Data Server, " + std::to_string(read) +
-                                                     (read == 1 ? " calendar" : " calendars") + failing});
+                   {read > 0 || failing.empty(), trCount("Evolution Data Server, {0} calendar{1}",
+                                                         "Evolution Data Server, {0} calendars{1}", read, failing)});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "devices/linux/base/NameWatch.h"
 #include "devices/linux/calendars/EvolutionCalendars.h"
 #include "devices/linux/calendars/EvolutionModuleEntry.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -44,7 +45,7 @@ class EvolutionWhenThere final : public CalendarSource {
   void askWhetherInstalled();
   void load();
   void rest(const std::string& why) {
-    services_.report(kEvolutionServiceName, {false, "Evolution Data Server: " + why});
+    services_.report(kEvolutionServiceName, {false, tr("Evolution Data Server: {}", why)});
   }
 
   const Glib::RefPtr<Gio::DBus::Connection> connection_;
@@ -60,7 +61,7 @@ EvolutionWhenThere::EvolutionWhenThere(Glib::RefPtr<Gio::DBus::Connection> conne
                                        CalendarSet::Diagnostics diagnostics)
     : connection_(std::move(connection)), services_(services), diagnostics_(std::move(diagnostics)) {
   if (!connection_) {
-    rest("there is no session bus");
+    rest(tr("there is no session bus"));
     return;
   }
   askWhetherInstalled();
@@ -78,7 +79,7 @@ void EvolutionWhenThere::askWhetherInstalled() {
         if (std::find(names.begin(), names.end(), kEvolutionRegistryName) != names.end()) {
           load();
         } else if (!loaded_) {
-          rest("not installed");
+          rest(tr("not installed"));
         }
       },
       [this](const BusClient::Failure& failure) {
@@ -93,7 +94,7 @@ void EvolutionWhenThere::load() {
   auto* entry = module != nullptr ? reinterpret_cast<EvolutionEntry*>(::dlsym(module, kEvolutionEntry)) : nullptr;
   if (entry == nullptr) {
     const char* problem = ::dlerror();
-    return rest(std::string("our module for it cannot be loaded: ") + (problem != nullptr ? problem : "no entry"));
+    return rest(tr("our module for it cannot be loaded: {}", problem != nullptr ? problem : tr("no entry")));
   }
   loaded_.reset(entry(connection_, services_, diagnostics_));
   loaded_->setChangeHandler([this](const platform::Dictionary& step) { tellChanged(step); });

@@ -1,6 +1,7 @@
 #include "devices/linux/calendars/EvolutionRegistry.h"
 
 #include "devices/linux/calendars/EvolutionCalendars.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <glibmm/main.h>
@@ -36,7 +37,7 @@ EvolutionRegistry::EvolutionRegistry(Glib::RefPtr<Gio::DBus::Connection> connect
       },
       [this] {
         // The first news, that nobody has the name yet, comes while it is being started.
-        if (registry_) failed("its registry of calendars ended");
+        if (registry_) failed(tr("its registry of calendars ended"));
       });
 }
 
@@ -53,7 +54,7 @@ void EvolutionRegistry::open() {
   limit_ = Glib::signal_timeout().connect(
       [this] {
         limit_ = {};
-        failed("its registry of calendars does not answer");
+        failed(tr("its registry of calendars does not answer"));
         return false;
       },
       static_cast<unsigned>(answerLimit_.count()));
@@ -72,7 +73,7 @@ void EvolutionRegistry::started(GAsyncResult* result) {
   if (answer == nullptr) {
     // Where it is not installed, trying again would only wake the phone.
     const bool isMissing = error.is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN);
-    return failed(isMissing ? "not installed" : error.text(), isMissing ? Retry::WhenItAppears : Retry::Soon);
+    return failed(isMissing ? tr("not installed") : error.text(), isMissing ? Retry::WhenItAppears : Retry::Soon);
   }
   g_variant_unref(answer);
   // Not to be cancelled: whoever waits for it, the registry that comes of it is kept.

@@ -1,5 +1,7 @@
 #include "devices/linux/calendars/FolderWatch.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <giomm/error.h>
 #include <giomm/file.h>
@@ -97,7 +99,7 @@ void FolderWatch::watch(const fs::path& folder, Folders& seen) {
   try {
     watched->monitor = Gio::File::create_for_path(path)->monitor_directory(Gio::FileMonitorFlags::WATCH_MOVES);
   } catch (const Glib::Error& error) {
-    const std::string line = path + ": cannot be watched: " + error.what();
+    const std::string line = tr("{0}: cannot be watched: {1}", path, error.what());
     if (problems_.insert(line).second) report_(line);
     return;
   }

@@ -1,5 +1,7 @@
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
 
+#include "devices/words/Text.h"
+
 #include <system_error>
 #include <utility>
 
@@ -25,7 +27,7 @@ bool WatchedCalendarFolder::read() {
   const bool changed = folder_.rescan();
   std::error_code unknown;
   const bool exists = std::filesystem::is_directory(root_, unknown);
-  services_.report(serviceName, {exists, exists ? root_.string() : root_.string() + " does not exist"});
+  services_.report(serviceName, {exists, exists ? root_.string() : tr("{} does not exist", root_.string())});
   return changed;
 }
 

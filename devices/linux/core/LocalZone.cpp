@@ -1,5 +1,7 @@
 #include "devices/linux/core/LocalZone.h"
 
+#include "devices/words/Text.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <giomm/error.h>
@@ -35,7 +37,7 @@ LocalZone::LocalZone(Diagnostics diagnose, std::function<void()> changed, Places
     monitor_ = Gio::File::create_for_path(places_.link.string())->monitor_file(Gio::FileMonitorFlags::WATCH_MOVES);
     watch_ = monitor_->signal_changed().connect([this](auto&&...) { linkChanged(); });
   } catch (const Glib::Error& failure) {
-    if (diagnose_) diagnose_("changes of the time zone are not noticed: " + std::string(failure.what()));
+    if (diagnose_) diagnose_(tr("changes of the time zone are not noticed: {}", failure.what()));
   }
 }
 
@@ -50,7 +52,7 @@ void LocalZone::linkChanged() {
 
 std::shared_ptr<const TimeZone> LocalZone::known(const std::string& name, const std::string& where) const {
   auto zone = TimeZone::named(name);
-  if (!zone && diagnose_) diagnose_("the system knows no time zone \"" + name + "\", which " + where + " names");
+  if (!zone && diagnose_) diagnose_(tr("the system knows no time zone \"{0}\", which {1} names", name, where));
   return zone;
 }
 
@@ -61,7 +63,7 @@ std::shared_ptr<const TimeZone> LocalZone::ofEnvironment() const {
   if (name.starts_with(':')) name.erase(0, 1);
   if (name.empty()) return TimeZone::utc();
   const std::string inDatabase = nameInDatabase(name);
-  return known(inDatabase.empty() ? name : inDatabase, "the variable TZ");
+  return known(inDatabase.empty() ? name : inDatabase, tr("the variable TZ"));
 }
 
 std::shared_ptr<const TimeZone> LocalZone::ofSystem() const {

@@ -1,6 +1,7 @@
 #include "devices/linux/core/StringTables.h"
 
 #include "devices/shared/PropertyListFile.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <glib.h>
@@ -41,7 +42,7 @@ const std::vector<Dictionary>& StringTables::tables() const {
     if (table) {
       tables_->push_back(std::move(*table));
     } else if (diagnose_) {
-      diagnose_(content.error.empty() ? path.string() + ": top level: expected a dictionary" : content.error);
+      diagnose_(content.error.empty() ? tr("{}: top level: expected a dictionary", path.string()) : content.error);
     }
   }
   return *tables_;

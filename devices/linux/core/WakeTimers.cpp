@@ -1,6 +1,7 @@
 #include "devices/linux/core/WakeTimers.h"
 
 #include "devices/linux/core/SystemClock.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <exception>
@@ -107,9 +108,9 @@ void WakeTimers::Shared::fireDue() {
     try {
       if (action) action(timer);
     } catch (const std::exception& failure) {
-      if (diagnose) diagnose(std::string("a wake timer's work failed: ") + failure.what());
+      if (diagnose) diagnose(tr("a wake timer's work failed: {}", failure.what()));
     } catch (...) {
-      if (diagnose) diagnose("a wake timer's work failed, without a reason");
+      if (diagnose) diagnose(tr("a wake timer's work failed, without a reason"));
     }
   }
   const std::lock_guard lock(mutex);

@@ -1,5 +1,7 @@
 #include "devices/linux/core/WorkQueue.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <cmath>
 #include <exception>
@@ -83,9 +85,9 @@ void WorkQueue::run(const Work& work) {
   try {
     work();
   } catch (const std::exception& failure) {
-    if (diagnose_) diagnose_(std::string("a piece of work failed: ") + failure.what());
+    if (diagnose_) diagnose_(tr("a piece of work failed: {}", failure.what()));
   } catch (...) {
-    if (diagnose_) diagnose_("a piece of work failed, without a reason");
+    if (diagnose_) diagnose_(tr("a piece of work failed, without a reason"));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "devices/linux/base/Variants.h"
 #include "devices/linux/desktop/InstalledSettings.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -88,7 +89,7 @@ ClockAlarms::ClockAlarms(const Glib::RefPtr<Gio::DBus::Connection>& sessionBus, 
             mayWrite_ = true;
             writeRemovals();
           }) {
-  services_.report(service, settings_ ? installed : ServiceState{false, "GNOME Clocks is not installed"});
+  services_.report(service, settings_ ? installed : ServiceState{false, tr("GNOME Clocks is not installed")});
 }
 
 ClockAlarms::~ClockAlarms() = default;
@@ -136,7 +137,7 @@ void ClockAlarms::writeRemovals() {
     if (place != entries.end()) entries.erase(place);
   }
   const bool accepted = settings_->set_value(alarmsKey, arrayOf(entries));
-  services_.report(service, accepted ? installed : ServiceState{false, "the alarms of GNOME Clocks are locked"});
+  services_.report(service, accepted ? installed : ServiceState{false, tr("the alarms of GNOME Clocks are locked")});
 }
 
 }  // namespace hushmode::devices

@@ -1,6 +1,7 @@
 #include "devices/linux/desktop/DarwinNotifications.h"
 
 #include "devices/linux/base/Variants.h"
+#include "devices/words/Text.h"
 
 #include <glibmm/main.h>
 #include <utility>
@@ -24,7 +25,7 @@ bool isName(std::string_view text) {
 DarwinNotifications::DarwinNotifications(const Glib::RefPtr<Gio::DBus::Connection>& sessionBus, Services& services)
     : bus_(sessionBus), services_(services) {
   if (!bus_) {
-    services_.report(service, {false, "there is no session bus"});
+    services_.report(service, {false, tr("there is no session bus")});
     return;
   }
   const auto heard = [this](const Glib::RefPtr<Gio::DBus::Connection>&, const Glib::ustring& sender,
@@ -36,7 +37,7 @@ DarwinNotifications::DarwinNotifications(const Glib::RefPtr<Gio::DBus::Connectio
   };
   subscription_ = bus_->signal_subscribe(heard, {}, interface, posted, path);
   closed_ = bus_->signal_closed().connect([this](bool, const Glib::Error&) { reportLoss(); });
-  services_.report(service, {true, "the session bus"});
+  services_.report(service, {true, tr("the session bus")});
 }
 
 DarwinNotifications::~DarwinNotifications() {
@@ -63,7 +64,7 @@ bool DarwinNotifications::post(std::string_view name) {
   return true;
 }
 
-void DarwinNotifications::reportLoss() { services_.report(service, {false, "the session bus is gone"}); }
+void DarwinNotifications::reportLoss() { services_.report(service, {false, tr("the session bus is gone")}); }
 
 DarwinNotifications::Observation DarwinNotifications::observe(Handler handler) {
   std::erase_if(*observers_, [](const auto& each) { return each.expired(); });

@@ -1,6 +1,7 @@
 #include "devices/linux/desktop/DoNotDisturb.h"
 
 #include "devices/linux/desktop/DoNotDisturbModule.h"
+#include "devices/words/Text.h"
 
 #include <utility>
 
@@ -61,19 +62,18 @@ void DoNotDisturb::report() {
   constexpr const char* name = "do not disturb";
   if (!inhibition_.isKnown()) return;
   if (usesInhibition_ && !inhibition_.isPresent()) {
-    services_.report(name, {false, "the notification service is away"});
+    services_.report(name, {false, tr("the notification service is away")});
   } else if (usesInhibition_ && !inhibition_.trouble().empty()) {
-    services_.report(name, {false, "the notification service does not follow: " + inhibition_.trouble()});
+    services_.report(name, {false, tr("the notification service does not follow: {}", inhibition_.trouble())});
   } else if (usesInhibition_) {
-    services_.report(name, {true, "inhibitions of the notification service"});
+    services_.report(name, {true, tr("inhibitions of the notification service")});
   } else if (lockedSetting_) {
-    services_.report(name, {false, "the setting org.gnome.desktop.notifications show-banners is locked"});
+    services_.report(name, {false, tr("the setting org.gnome.desktop.notifications show-banners is locked")});
   } else if (setting_.isInstalled()) {
-    services_.report(name, {true, "the setting org.gnome.desktop.notifications show-banners"});
+    services_.report(name, {true, tr("the setting org.gnome.desktop.notifications show-banners")});
   } else {
-    services_.report(name, {false,
-                            "the notification service has no inhibitions, and the settings "
-                            "org.gnome.desktop.notifications are not installed"});
+    services_.report(name, {false, tr("the notification service has no inhibitions, and the settings "
+                                      "org.gnome.desktop.notifications are not installed")});
   }
 }
 

@@ -1,5 +1,7 @@
 #include "devices/linux/desktop/NotificationInhibition.h"
 
+#include "devices/words/Text.h"
+
 #include <utility>
 
 namespace hushmode::devices {
@@ -74,7 +76,7 @@ void NotificationInhibition::pursue() {
 void NotificationInhibition::inhibit() {
   service_->client()->call(
       notifications, "Inhibit",
-      argumentsOf(Glib::ustring("hushmode"), Glib::ustring("A Hush Mode profile is applied"), Properties()), "(u)",
+      argumentsOf(Glib::ustring("hushmode"), Glib::ustring(tr("A Hush Mode profile is applied")), Properties()), "(u)",
       [this](const BusClient::Reply& reply) {
         cookie_ = valueAt<guint32>(reply.values, 0);
         trouble_.clear();

@@ -1,5 +1,7 @@
 #include "devices/linux/desktop/StatusIcon.h"
 
+#include "devices/words/Text.h"
+
 #include <utility>
 
 namespace hushmode::devices {
@@ -49,7 +51,7 @@ StatusIcon::StatusIcon(Glib::RefPtr<Gio::DBus::Connection> sessionBus, std::file
       watcher_(
           bus_, watcherName, [this](BusClient&) { announce(); },
           [this] {
-            services_.report(service, {false, "there is no panel that shows status icons"});
+            services_.report(service, {false, tr("there is no panel that shows status icons")});
           },
           timeLimit) {}
 
@@ -69,14 +71,14 @@ std::shared_ptr<LSStatusBarItem> StatusIcon::makeItem() {
 /// Tells the watcher of the icon, when both are there.
 void StatusIcon::announce() {
   if (!watcher_.client()) return;
-  const ServiceState shown{true, "a panel shows status icons"};
+  const ServiceState shown{true, tr("a panel shows status icons")};
   if (!shown_) return services_.report(service, shown);
   watcher_.client()->call(
       {"/StatusNotifierWatcher", watcherName}, "RegisterStatusNotifierItem",
       argumentsOf(Glib::ustring(shown_->busName())), "()",
       [this, shown](const BusClient::Reply&) { services_.report(service, shown); },
       [this](const BusClient::Failure& failure) {
-        services_.report(service, {false, "the panel does not take the icon: " + failure.reason});
+        services_.report(service, {false, tr("the panel does not take the icon: {}", failure.reason)});
         if (!failure.refused) watcher_.tryAgainLater();
       });
 }

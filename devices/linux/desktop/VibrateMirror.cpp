@@ -1,6 +1,7 @@
 #include "devices/linux/desktop/VibrateMirror.h"
 
 #include "devices/linux/desktop/InstalledSettings.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 namespace hushmode::devices {
@@ -10,7 +11,7 @@ using platform::Dictionary;
 namespace {
 
 constexpr const char* service = "vibrate switches";
-const ServiceState following{true, "the profile of feedbackd"};
+ServiceState following() { return {true, tr("the profile of feedbackd")}; }
 constexpr const char* profileKey = "profile";
 constexpr std::string_view quiet = "quiet", silent = "silent";
 
@@ -36,10 +37,10 @@ VibrateMirror::VibrateMirror(platform::UserDefaults& defaults, DarwinNotificatio
       services_(services),
       settings_(installedSettings("org.sigxcpu.feedbackd", {{profileKey, "s"}})) {
   if (!settings_) {
-    services_.report(service, {false, "feedbackd is not installed"});
+    services_.report(service, {false, tr("feedbackd is not installed")});
     return;
   }
-  services_.report(service, following);
+  services_.report(service, following());
   setMissingSwitches();
   changes_ = settings_->signal_changed(profileKey).connect([this](const Glib::ustring&) { profileChanged(); });
   observation_ = notifications.observe([this](std::string_view name) {
@@ -74,7 +75,7 @@ void VibrateMirror::follow() {
 
 void VibrateMirror::set(std::string_view profile) {
   const bool accepted = settings_->set_string(profileKey, std::string(profile));
-  services_.report(service, accepted ? following : ServiceState{false, "the profile of feedbackd is locked"});
+  services_.report(service, accepted ? following() : ServiceState{false, tr("the profile of feedbackd is locked")});
 }
 
 /// Whatever else than "silent" is chosen now was not overruled, and is no reason to bring back what was.

@@ -1,5 +1,7 @@
 #include "devices/linux/network/NetworkManagerWiFi.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -40,7 +42,7 @@ NetworkManagerWiFi::NetworkManagerWiFi(const Glib::RefPtr<Gio::DBus::Connection>
           systemBus, managerInterface, [this](BusClient& client) { listenTo(client); },
           [this] {
             survey_.reset();
-            services_.report(serviceName, {false, "NetworkManager is not running"});
+            services_.report(serviceName, {false, tr("NetworkManager is not running")});
           },
           limit) {}
 
@@ -73,7 +75,7 @@ void NetworkManagerWiFi::lookAgain() {
       *service_.client(), [this](WiFiState state) { take(std::move(state)); },
       [this](const BusClient::Failure& failure) {
         survey_.reset();
-        services_.report(serviceName, {false, "NetworkManager does not answer: " + failure.reason});
+        services_.report(serviceName, {false, tr("NetworkManager does not answer: {}", failure.reason)});
         service_.tryAgainLater();
       });
 }

@@ -1,6 +1,7 @@
 #include "devices/linux/network/WiFiSurvey.h"
 
 #include "devices/linux/network/SsidText.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -100,7 +101,7 @@ void WiFiSurvey::readManager() {
       [this](const Properties& properties) {
         isStartingUp_ = valueOf<bool>(properties, "Startup").value_or(false);
         const auto active = valueOf<Paths>(properties, "ActiveConnections");
-        if (!active) return fail({"it does not list its active connections", false});
+        if (!active) return fail({tr("it does not list its active connections"), false});
         activePaths_ = firstOf(*active, mostActiveConnections);
         readActive(0);
       },

@@ -2,6 +2,7 @@
 
 #include "devices/linux/calendars/EvolutionModule.h"
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
+#include "devices/words/Text.h"
 
 namespace hushmode::devices {
 
@@ -52,10 +53,10 @@ LinuxPhone::LinuxPhone(const Options& options, Services& services, LinuxPhoneEve
     calendars_.add(std::make_unique<WatchedCalendarFolder>(options.calendarFolder, services, warningsTo(sink)));
   }
   calendars_.add(makeEvolutionCalendarsFromModule(options.sessionBus, services, warningsTo(sink)));
-  services.report("wake-ups", mayWakeDevice() ? ServiceState{true, "the phone wakes for switches"}
-                                              : ServiceState{false,
-                                                             "this process may not wake the sleeping phone: it lacks "
-                                                             "CAP_WAKE_ALARM, or there is no clock that can"});
+  services.report("wake-ups", mayWakeDevice()
+                                  ? ServiceState{true, tr("the phone wakes for switches")}
+                                  : ServiceState{false, tr("this process may not wake the sleeping phone: it lacks "
+                                                           "CAP_WAKE_ALARM, or there is no clock that can")});
 }
 
 // The calendar service's library runs the main context while it ends; whoever is told of events may be gone by then.

@@ -1,5 +1,7 @@
 #include "devices/linux/session/Appearance.h"
 
+#include "devices/words/Text.h"
+
 #include <cstdint>
 #include <giomm/settingsschemasource.h>
 
@@ -69,11 +71,11 @@ void Appearance::take(const Glib::VariantBase& colorScheme) {
 
 void Appearance::report() {
   if (isDarkByThePortal_) {
-    services_.report("appearance", {true, "the desktop portal"});
+    services_.report("appearance", {true, tr("the desktop portal")});
   } else if (settings_) {
     services_.report("appearance", {true, "GSettings"});
   } else {
-    services_.report("appearance", {false, "neither a desktop portal nor GSettings tells the colours"});
+    services_.report("appearance", {false, tr("neither a desktop portal nor GSettings tells the colours")});
   }
 }
 

@@ -1,5 +1,7 @@
 #include "devices/linux/session/Logind.h"
 
+#include "devices/words/Text.h"
+
 #include <cstdint>
 #include <tuple>
 #include <unistd.h>
@@ -42,7 +44,7 @@ Logind::Logind(const Glib::RefPtr<Gio::DBus::Connection>& systemBus, Services& s
             delayLock_.reset();
             session_.reset();
             sessionPath_.clear();
-            services_.report(serviceName, {false, "logind is not running"});
+            services_.report(serviceName, {false, tr("logind is not running")});
             setLocked(std::nullopt);
           },
           limit) {}
@@ -88,8 +90,8 @@ void Logind::takeDelayLock() {
   if (isPreparingForSleep_ || delayLock_ || !service_.client()) return;
   service_.client()->call(
       manager, "Inhibit",
-      argumentsOf(Glib::ustring("sleep"), Glib::ustring("Hush Mode"), Glib::ustring("A switch of profile is under way"),
-                  Glib::ustring("delay")),
+      argumentsOf(Glib::ustring("sleep"), Glib::ustring("Hush Mode"),
+                  Glib::ustring(tr("A switch of profile is under way")), Glib::ustring("delay")),
       "(h)",
       [this](const BusClient::Reply& reply) {
         const int descriptor = reply.descriptors ? g_unix_fd_list_get(reply.descriptors->gobj(), 0, nullptr) : -1;
@@ -101,12 +103,12 @@ void Logind::takeDelayLock() {
       // Not everybody may delay sleep. Then a switch that is under way goes on after the phone has slept.
       [this](const BusClient::Failure& failure) {
         if (!failure.refused) return notAnswered(failure);
-        services_.report(serviceName, {true, "logind, but sleep cannot be delayed: " + failure.reason});
+        services_.report(serviceName, {true, tr("logind, but sleep cannot be delayed: {}", failure.reason)});
       });
 }
 
 void Logind::notAnswered(const BusClient::Failure& failure) {
-  services_.report(serviceName, {false, "logind does not answer: " + failure.reason});
+  services_.report(serviceName, {false, tr("logind does not answer: {}", failure.reason)});
   service_.tryAgainLater();
 }
 

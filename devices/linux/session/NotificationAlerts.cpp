@@ -1,6 +1,7 @@
 #include "devices/linux/session/NotificationAlerts.h"
 
 #include "devices/linux/session/NotificationText.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -69,7 +70,7 @@ NotificationAlerts::NotificationAlerts(const Glib::RefPtr<Gio::DBus::Connection>
           sessionBus, notifications.interface, [this](BusClient& client) { listenTo(client); },
           [this] {
             showsButtons_ = false;
-            services_.report(serviceName, {false, "no notification server is running"});
+            services_.report(serviceName, {false, tr("no notification server is running")});
           },
           limit) {}
 
@@ -117,8 +118,8 @@ void NotificationAlerts::readCapabilities(const std::vector<Glib::ustring>& capa
   };
   showsButtons_ = has("actions");
   readsMarkup_ = has("body-markup");
-  services_.report(serviceName, showsButtons_ ? ServiceState{true, "the notification server"}
-                                              : ServiceState{false, "the notification server shows no buttons"});
+  services_.report(serviceName, showsButtons_ ? ServiceState{true, tr("the notification server")}
+                                              : ServiceState{false, tr("the notification server shows no buttons")});
   if (!showsButtons_) return;
   for (Question& question : questions_) {
     if (!question.isSent) send(question);
@@ -171,7 +172,8 @@ void NotificationAlerts::send(Question& question) {
         if (place == questions_.end()) return;
         if (failure.refused) {
           questions_.erase(place);
-          services_.report(serviceName, {true, "the notification server, which refused a question: " + failure.reason});
+          services_.report(serviceName,
+                           {true, tr("the notification server, which refused a question: {}", failure.reason)});
         } else {
           notAnswered(failure);
         }
@@ -201,7 +203,7 @@ void NotificationAlerts::takeBack(std::uint32_t id) {
 
 void NotificationAlerts::notAnswered(const BusClient::Failure& failure) {
   showsButtons_ = false;
-  services_.report(serviceName, {false, "the notification server does not answer: " + failure.reason});
+  services_.report(serviceName, {false, tr("the notification server does not answer: {}", failure.reason)});
   service_.tryAgainLater();
 }
 

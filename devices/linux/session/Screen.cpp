@@ -1,5 +1,7 @@
 #include "devices/linux/session/Screen.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <initializer_list>
 #include <string_view>
@@ -125,7 +127,7 @@ void Screen::report() {
   } else if (saver_->isThere()) {
     services_.report("screen", {true, "org.freedesktop.ScreenSaver"});
   } else {
-    services_.report("screen", {false, "neither Mutter nor a screen saver lights it"});
+    services_.report("screen", {false, tr("neither Mutter nor a screen saver lights it")});
   }
 }
 

@@ -1,6 +1,7 @@
 #include "devices/linux/sound/PulseConnection.h"
 
 #include "devices/linux/sound/Later.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -36,7 +37,7 @@ PulseConnection::~PulseConnection() {
 
 void PulseConnection::connect() {
   context_.reset(pa_context_new(pa_glib_mainloop_get_api(loop_.get()), "Hush Mode"));
-  if (!context_) return lose("PulseAudio cannot be reached: out of memory");
+  if (!context_) return lose(tr("PulseAudio cannot be reached: out of memory"));
   pa_context_set_state_callback(
       context_.get(), [](pa_context*, void* self) { static_cast<PulseConnection*>(self)->stateChanged(); }, this);
   limitTheWait();
@@ -48,7 +49,7 @@ void PulseConnection::stateChanged() {
   switch (pa_context_get_state(context_.get())) {
     case PA_CONTEXT_FAILED:
     case PA_CONTEXT_TERMINATED:
-      return lose("PulseAudio is not running");
+      return lose(tr("PulseAudio is not running"));
     case PA_CONTEXT_READY:
       return await(pa_context_get_server_info(
           context_.get(),
@@ -63,7 +64,7 @@ void PulseConnection::stateChanged() {
 
 void PulseConnection::greeted(const pa_server_info* server) {
   answered();
-  if (!server) return lose("PulseAudio does not say what it is");
+  if (!server) return lose(tr("PulseAudio does not say what it is"));
   serverName_ = nameOf(*server);
   retryMilliseconds_ = firstRetryMilliseconds;
   isReady_ = true;
@@ -83,7 +84,7 @@ void PulseConnection::answered() {
 
 void PulseConnection::limitTheWait() {
   limit_.disconnect();
-  limit_ = callLater(answerLimitMilliseconds, [this] { lose("PulseAudio does not answer"); });
+  limit_ = callLater(answerLimitMilliseconds, [this] { lose(tr("PulseAudio does not answer")); });
 }
 
 void PulseConnection::drop() {

@@ -1,6 +1,7 @@
 #include "devices/linux/sound/PulseVolumes.h"
 
 #include "devices/linux/sound/Later.h"
+#include "devices/words/Text.h"
 
 #include <pulse/subscribe.h>
 #include <utility>
@@ -157,8 +158,8 @@ std::optional<ServiceState> PulseVolumes::state() const {
   if (!trouble_.empty()) return ServiceState{false, trouble_};
   if (!ringtone_.wasRead() || !sink_.wasRead()) return std::nullopt;
   std::string detail = connection_.serverName();
-  if (!ringtone_.isThere()) detail += ", no ringtone volume (module-stream-restore is not loaded)";
-  if (!sink_.isThere()) detail += ", no output";
+  if (!ringtone_.isThere()) detail = tr("{}, no ringtone volume (module-stream-restore is not loaded)", detail);
+  if (!sink_.isThere()) detail = tr("{}, no output", detail);
   return ServiceState{ringtone_.isThere() || sink_.isThere(), detail};
 }
 

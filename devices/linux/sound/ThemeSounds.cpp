@@ -1,5 +1,7 @@
 #include "devices/linux/sound/ThemeSounds.h"
 
+#include "devices/words/Text.h"
+
 #include <canberra.h>
 #include <chrono>
 #include <condition_variable>
@@ -72,7 +74,7 @@ class ThemeSounds::Player : public std::enable_shared_from_this<Player> {
     ca_proplist* list = nullptr;
     ca_proplist_create(&list);
     ca_proplist_sets(list, CA_PROP_EVENT_ID, sound_.c_str());
-    ca_proplist_sets(list, CA_PROP_EVENT_DESCRIPTION, "Alert tone");
+    ca_proplist_sets(list, CA_PROP_EVENT_DESCRIPTION, tr("Alert tone").c_str());
     ca_proplist_sets(list, CA_PROP_MEDIA_ROLE, "event");
     return {list, ca_proplist_destroy};
   }
@@ -125,7 +127,7 @@ ThemeSounds::~ThemeSounds() {
 std::unique_ptr<Playing> ThemeSounds::play(const std::string& sound, Repeat repeat) {
   std::erase_if(players_, [](const auto& player) { return player.expired(); });
   if (players_.size() == mostAtOnce) {
-    (*started_)("libcanberra does not answer");
+    (*started_)(tr("libcanberra does not answer"));
     return nullptr;
   }
   const auto player = std::make_shared<Player>(sound, repeat, started_);

@@ -1,6 +1,7 @@
 #include "devices/linux/sound/Tones.h"
 
 #include "devices/linux/sound/ToneTable.h"
+#include "devices/words/Text.h"
 
 #include <utility>
 
@@ -50,14 +51,14 @@ Tones::Tones(const Glib::RefPtr<Gio::DBus::Connection>& sessionBus, Services& se
                                report({true, "feedbackd"}, {true, "feedbackd"});
                              },
                              [this] {
-                               report({true, "sound theme (libcanberra)"}, {false, "feedbackd is not running"});
+                               report({true, tr("sound theme (libcanberra)")}, {false, tr("feedbackd is not running")});
                              },
                              [this](const std::string& why) {
                                report({false, why}, {false, why});
                              }}),
       sounds_([this](const std::string& error) {
         if (feedback_.isThere()) return;
-        services_.report("tones", {error.empty(), error.empty() ? "sound theme (libcanberra)" : error});
+        services_.report("tones", {error.empty(), error.empty() ? tr("sound theme (libcanberra)") : error});
       }),
       alertClass_(std::make_unique<AlertClass>(*this)) {}
 

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "host/Message.h"
+#include "host/Reason.h"
+
+#include <string>
+
+namespace hushmode {
+
+/// What the host says, in the language of the process.
+std::string inWords(const host::Message& message);
+std::string inWords(const host::Reason& reason);
+
+/// What a service of the phone is for, by its name among the services: "volumes", "do not disturb". A name that is not
+/// known stands for itself.
+std::string serviceText(const std::string& name);
+
+}  // namespace hushmode
