@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode complete: names for the shell's completion, one a line. It is asked at each press of a key, so it is quick,
 // and silent about what does not work.
 

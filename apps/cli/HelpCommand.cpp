@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode help: the same as --help; and all of it for programs, from which the manual and the completion are made.
 
 #include "apps/cli/Commands.h"

@@ -44,7 +44,7 @@ function __hushmode_list
     set -l given (string split , -- $typed | string trim)
     for entry in $argv
         if not contains -- $entry $given[1..-2]
-            echo -- $begin$entry
+            echo -- "$begin$entry"
         end
     end
 end

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """Makes the manual pages (packaging/man/) and the shells' completions (packaging/completions/) from what the programs
 say of themselves, and from the prose in docs/man/. They are kept in the source, so that a build needs neither these
 programs nor Python; the test cli/manuals compares.

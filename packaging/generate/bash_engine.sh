@@ -59,7 +59,10 @@ _hushmode_quoted() { # TEXT
     "'") printf '%s' "${text//\'/\'\\\'\'}" ;;
     '"')
       text=${text//\\/\\\\} text=${text//\"/\\\"} text=${text//\$/\\\$} text=${text//\`/\\\`}
-      printf '%s' "${text//!/\"\'!\'\"}" # A "!" would call the shell's history.
+      # A "!" calls the shell's history, unless it is the last.
+      text=${text//!/\"\'!\'\"}
+      [[ $text == *\"\'!\'\" ]] && text=${text%?????}!
+      printf '%s' "$text"
       ;;
     *) printf '%q' "$text" ;;
   esac

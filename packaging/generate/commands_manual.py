@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """What the manual says of commands, options and keys."""
 import re
 

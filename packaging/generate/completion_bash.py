@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """The completion for bash: tables of the commands behind an engine (bash_engine.sh), which knows no command."""
 import pathlib
 import shlex

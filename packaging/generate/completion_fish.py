@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """The completion for fish: one line for each thing that can be said."""
 
 HEAD = r"""# Completion of hushmode for fish. Made by packaging/generate from the program's own commands; do not edit.
@@ -46,7 +48,7 @@ function __hushmode_list
     set -l given (string split , -- $typed | string trim)
     for entry in $argv
         if not contains -- $entry $given[1..-2]
-            echo -- $begin$entry
+            echo -- "$begin$entry"
         end
     end
 end

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """The completion for zsh: a function for each command, in the words of _arguments."""
 
 HEAD = """#compdef hushmode
@@ -18,7 +20,7 @@ _hushmode_list() { # TAG ENTRY...
   entries=("$@")
   compset -P '*,(\\\\[[:blank:]]|[[:blank:]])#'
   for given in ${(s:,:)${(Q)IPREFIX}}; do entries=("${(@)entries:#${given## #}}"); done
-  _wanted $tag expl $tag compadd -qS, -a entries
+  _wanted $tag expl $tag compadd -a entries
 }
 
 _hushmode_name_list() { # KIND [WORD...]

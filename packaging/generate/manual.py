@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """Manual pages: prose in a small part of Markdown (docs/man/), with the program's own texts put in.
 
 A page's source is: "# name(1): what it is" first; "## SECTION" and "### Subsection"; paragraphs; "term" and then

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
 """The commands of the program, as it tells them itself: "hushmode help --json"."""
 import json
 import os
