@@ -89,7 +89,7 @@ int explainProfile(const Options& options) {
 void addExplainCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("explain", tr("Why a profile is on or off, now or at another time"));
-  command->add_option("NAME", options->name, tr("The profile's title"))->required();
+  command->add_option("NAME", options->name, tr("The profile's title"))->required()->type_name("PROFILE");
   command->add_option("--at", options->at, tr("When, such as 14:20, 2:20pm or \"2026-11-24 14:20\"; without: now"))
       ->type_name("TIME");
   command->add_flag("--verbose", options->verbose, tr("Also what was decided on that day until then, line by line"));

@@ -87,7 +87,8 @@ int help(const CLI::App& program, const Options& options) {
     command = inner;
   }
   if (!options.json) {
-    std::cout << command->help();
+    // Not its own help(), which tells of the command that was given: this one.
+    std::cout << command->get_formatter()->make_help(command, "", CLI::AppFormatMode::Normal);
     return Done;
   }
   Json json = jsonOf(*command);

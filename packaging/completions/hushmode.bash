@@ -5,7 +5,7 @@
 _hushmode_offers() { # COMMAND
   commands='' options=''
   case $1 in
-    hushmode) commands='profile on off status log calendars networks quiet schedule agenda simulate events help' options='--version -h --help' ;;
+    hushmode) commands='profile on off status log calendars networks quiet schedule rescue agenda explain doctor simulate events help' options='--version -h --help' ;;
     'hushmode profile') commands='list show add edit remove enable disable copy' options='-h --help' ;;
     'hushmode profile list') commands='' options='--json -h --help' ;;
     'hushmode profile show') commands='' options='--json -h --help' ;;
@@ -23,7 +23,10 @@ _hushmode_offers() { # COMMAND
     'hushmode networks') commands='' options='--json -h --help' ;;
     'hushmode quiet') commands='' options='--profile -h --help' ;;
     'hushmode schedule') commands='' options='--days --list --remove --json -h --help' ;;
+    'hushmode rescue') commands='' options='--dry-run --json -h --help' ;;
     'hushmode agenda') commands='' options='--days --json -h --help' ;;
+    'hushmode explain') commands='' options='--at --verbose --json -h --help' ;;
+    'hushmode doctor') commands='' options='--json -h --help' ;;
     'hushmode simulate') commands='' options='--profiles --calendars --from --to --zone -v --verbose --host --no-host --json -h --help' ;;
     'hushmode events') commands='' options='--calendars --from --to --zone --json -h --help' ;;
     'hushmode help') commands='' options='--json -h --help' ;;
@@ -78,6 +81,8 @@ _hushmode_value() { # COMMAND OPTION-OR-PLACE
     'hushmode schedule 1') action='names profiles' ;;
     'hushmode schedule 2') action=any ;;
     'hushmode agenda --days') action=any ;;
+    'hushmode explain --at') action=any ;;
+    'hushmode explain 1') action=any ;;
     'hushmode simulate --profiles') action=files ;;
     'hushmode simulate --calendars') action=folders ;;
     'hushmode simulate --from') action=any ;;

@@ -50,8 +50,8 @@ function __hushmode_list
 end
 
 complete -c hushmode -f
-set -g __hushmode_commands 'hushmode profile' 'hushmode profile list' 'hushmode profile show' 'hushmode profile add' 'hushmode profile edit' 'hushmode profile remove' 'hushmode profile enable' 'hushmode profile disable' 'hushmode profile copy' 'hushmode on' 'hushmode off' 'hushmode status' 'hushmode log' 'hushmode calendars' 'hushmode networks' 'hushmode quiet' 'hushmode schedule' 'hushmode agenda' 'hushmode simulate' 'hushmode events' 'hushmode help'
-set -g __hushmode_with_value 'hushmode profile add --window' 'hushmode profile add --calendars' 'hushmode profile add --networks' 'hushmode profile add --enabled' 'hushmode profile add --ringtone' 'hushmode profile add --media' 'hushmode profile add --vibrate' 'hushmode profile add --do-not-disturb' 'hushmode profile add --icon' 'hushmode profile add --play-tone' 'hushmode profile add --tone' 'hushmode profile add --light' 'hushmode profile add --events' 'hushmode profile add --all-day-events' 'hushmode profile edit --window' 'hushmode profile edit --calendars' 'hushmode profile edit --networks' 'hushmode profile edit --enabled' 'hushmode profile edit --ringtone' 'hushmode profile edit --media' 'hushmode profile edit --vibrate' 'hushmode profile edit --do-not-disturb' 'hushmode profile edit --icon' 'hushmode profile edit --play-tone' 'hushmode profile edit --tone' 'hushmode profile edit --light' 'hushmode profile edit --events' 'hushmode profile edit --all-day-events' 'hushmode profile edit --title' 'hushmode log --limit' 'hushmode quiet --profile' 'hushmode schedule --days' 'hushmode agenda --days' 'hushmode simulate --profiles' 'hushmode simulate --calendars' 'hushmode simulate --from' 'hushmode simulate --to' 'hushmode simulate --zone' 'hushmode events --calendars' 'hushmode events --from' 'hushmode events --to' 'hushmode events --zone'
+set -g __hushmode_commands 'hushmode profile' 'hushmode profile list' 'hushmode profile show' 'hushmode profile add' 'hushmode profile edit' 'hushmode profile remove' 'hushmode profile enable' 'hushmode profile disable' 'hushmode profile copy' 'hushmode on' 'hushmode off' 'hushmode status' 'hushmode log' 'hushmode calendars' 'hushmode networks' 'hushmode quiet' 'hushmode schedule' 'hushmode rescue' 'hushmode agenda' 'hushmode explain' 'hushmode doctor' 'hushmode simulate' 'hushmode events' 'hushmode help'
+set -g __hushmode_with_value 'hushmode profile add --window' 'hushmode profile add --calendars' 'hushmode profile add --networks' 'hushmode profile add --enabled' 'hushmode profile add --ringtone' 'hushmode profile add --media' 'hushmode profile add --vibrate' 'hushmode profile add --do-not-disturb' 'hushmode profile add --icon' 'hushmode profile add --play-tone' 'hushmode profile add --tone' 'hushmode profile add --light' 'hushmode profile add --events' 'hushmode profile add --all-day-events' 'hushmode profile edit --window' 'hushmode profile edit --calendars' 'hushmode profile edit --networks' 'hushmode profile edit --enabled' 'hushmode profile edit --ringtone' 'hushmode profile edit --media' 'hushmode profile edit --vibrate' 'hushmode profile edit --do-not-disturb' 'hushmode profile edit --icon' 'hushmode profile edit --play-tone' 'hushmode profile edit --tone' 'hushmode profile edit --light' 'hushmode profile edit --events' 'hushmode profile edit --all-day-events' 'hushmode profile edit --title' 'hushmode log --limit' 'hushmode quiet --profile' 'hushmode schedule --days' 'hushmode agenda --days' 'hushmode explain --at' 'hushmode simulate --profiles' 'hushmode simulate --calendars' 'hushmode simulate --from' 'hushmode simulate --to' 'hushmode simulate --zone' 'hushmode events --calendars' 'hushmode events --from' 'hushmode events --to' 'hushmode events --zone'
 
 complete -c hushmode -n '__hushmode_at "hushmode"' -a profile -d 'List, show, add, change and remove profiles'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a on -d 'Switch Hush Mode on'
@@ -62,7 +62,10 @@ complete -c hushmode -n '__hushmode_at "hushmode"' -a calendars -d 'The calendar
 complete -c hushmode -n '__hushmode_at "hushmode"' -a networks -d 'The WiFi networks that the phone knows'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a quiet -d 'Quiet from now on, for a while'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a schedule -d 'Quiet hours without a calendar, over midnight too'
+complete -c hushmode -n '__hushmode_at "hushmode"' -a rescue -d 'Put back what is still quiet because the daemon died, without the daemon'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a agenda -d 'Every switch to come, by your own profiles and calendars'
+complete -c hushmode -n '__hushmode_at "hushmode"' -a explain -d 'Why a profile is on or off, now or at another time'
+complete -c hushmode -n '__hushmode_at "hushmode"' -a doctor -d 'What does not work on this phone or in your profiles, and how to mend it'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a simulate -d 'Play profiles and calendars on a phone in memory and show every switch'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a events -d 'List the events in a folder of calendars, repeats included'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a help -d 'What a command does, and how it is called'
@@ -162,9 +165,21 @@ complete -c hushmode -n '__hushmode_at "hushmode schedule"' -l json -d 'List as 
 complete -c hushmode -n '__hushmode_at "hushmode schedule"' -s h -l help -d 'Print this help'
 complete -c hushmode -n '__hushmode_at "hushmode schedule" 1' -a '(__hushmode_names profiles)' -d 'NAME'
 
+complete -c hushmode -n '__hushmode_at "hushmode rescue"' -l dry-run -d 'Only show what would be put back'
+complete -c hushmode -n '__hushmode_at "hushmode rescue"' -l json -d 'Print one JSON object a line'
+complete -c hushmode -n '__hushmode_at "hushmode rescue"' -s h -l help -d 'Print this help'
+
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l days -x  -d 'How many days, today included'
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l json -d 'Print one JSON object a line'
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -s h -l help -d 'Print this help'
+
+complete -c hushmode -n '__hushmode_at "hushmode explain"' -l at -x  -d 'When, such as 14:20, 2:20pm or "2026-11-24 14:20"; without: now'
+complete -c hushmode -n '__hushmode_at "hushmode explain"' -l verbose -d 'Also what was decided on that day until then, line by line'
+complete -c hushmode -n '__hushmode_at "hushmode explain"' -l json -d 'Print a JSON object'
+complete -c hushmode -n '__hushmode_at "hushmode explain"' -s h -l help -d 'Print this help'
+
+complete -c hushmode -n '__hushmode_at "hushmode doctor"' -l json -d 'Print one JSON object a line'
+complete -c hushmode -n '__hushmode_at "hushmode doctor"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode simulate"' -l profiles -rF -d 'The profiles, a property-list file'
 complete -c hushmode -n '__hushmode_at "hushmode simulate"' -l calendars -x -a '(__fish_complete_directories)' -d 'A folder of iCalendar files'

@@ -73,6 +73,14 @@ class Help(unittest.TestCase):
             self.assertNotEqual(command["purpose"], "Subcommands", command["name"])
             self.assertIn(f"\n{command['purpose']}:\n", help)
 
+    def test_every_argument_says_what_it_takes(self):
+        for command in self.commands:
+            for argument in command["arguments"]:
+                with self.subTest(command=command["name"], argument=argument.get("name") or argument["names"][-1]):
+                    # Give it a type name: apps/cli/ValueKinds.h has those that can be completed.
+                    self.assertNotEqual(argument.get("value", {}).get("word"), "TEXT")
+                    self.assertTrue("value" in argument or "names" in argument)
+
     def test_help_and_its_option_say_the_same(self):
         for command in self.commands:
             words = self.words(command)
