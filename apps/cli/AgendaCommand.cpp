@@ -1,17 +1,30 @@
 // hushmode agenda: every switch to come, from the real profiles and calendars, computed by the library and the host on
 // the phone in memory.
 
+#include "apps/cli/AgendaBlocks.h"
+#include "apps/cli/AgendaSvg.h"
 #include "apps/cli/Commands.h"
+#include "apps/cli/Daemon.h"
 #include "apps/cli/Forecast.h"
 #include "apps/cli/Json.h"
 #include "apps/cli/ProfileStore.h"
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
 #include "apps/cli/Timeline.h"
+#include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "devices/shared/PropertyListFileBytes.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
+#include <langinfo.h>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace hushmode::cli {
@@ -23,20 +36,84 @@ namespace {
 struct Options {
   unsigned days = 1;
   bool json = false;
+  bool picture = false;
+  std::string svg;   ///< Empty for none, "-" for standard output.
+  std::string from;  ///< A day; empty for now.
 };
 
+bool wantsPicture(const Options& options) { return options.picture || !options.svg.empty(); }
+
+/// Pictures are of whole days, so that what has begun before now is seen as well.
+Date beginningOf(const Options& options, const devices::TimeZone& zone) {
+  if (options.from.empty()) {
+    const Date now = wallClock();
+    return wantsPicture(options) ? simulation::beginningOfLocalDay(now, zone) : now;
+  }
+  const auto day = simulation::isDateOnly(options.from) ? simulation::parseTime(options.from, zone) : std::nullopt;
+  if (!day) throw simulation::InputError(tr("--from {}: expected a day, such as 2026-11-24", options.from));
+  return *day;
+}
+
 Forecast forecastOf(const Options& options) {
-  const auto store = ProfileStore::open();
   const auto zone = userZone();
-  const Date now = wallClock();
+  const Date begin = beginningOf(options, *zone);
+  const auto store = ProfileStore::open();
   // The next day's own plan is not part of it.
-  const Date end = simulation::beginningOfLocalDay(now, *zone, static_cast<int>(options.days)).addingSeconds(-0.001);
+  const Date end = simulation::beginningOfLocalDay(begin, *zone, static_cast<int>(options.days)).addingSeconds(-0.001);
   if (!store->isEnabled()) std::cerr << "hushmode: " << tr("Hush Mode is off; this is what it would do") << '\n';
-  return forecast(store->list(), now, end, zone,
+  return forecast(store->list(), begin, end, zone,
                   [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
 }
 
+/// Told before the forecast is made, which may take a while.
+void requireFilePlace(const std::string& path) {
+  std::error_code ignored;  // What cannot be looked at cannot be written either, and is told then.
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+    throw simulation::InputError(
+        tr("--svg {0}: expected a file in a folder that exists, not in {1}", path, folder.string()));
+  }
+  if (std::filesystem::exists(path, ignored) && !std::filesystem::is_regular_file(path, ignored)) {
+    throw simulation::InputError(tr("--svg {}: expected a regular file, or - for standard output", path));
+  }
+}
+
+void writePicture(const std::string& path, const std::string& picture) {
+  if (path == "-") {
+    std::cout << picture;
+  } else if (const auto problem = devices::replaceFileBytes(devices::FileCalls::system(), path, picture)) {
+    throw ServiceError(tr("{0} cannot be written: {1}", path, *problem));
+  }
+}
+
+/// Of the terminal; what COLUMNS says goes before, as everywhere.
+std::size_t columnsOfOutput() {
+  constexpr std::size_t most = 1000;
+  std::size_t columns = 0;
+  if (const char* set = std::getenv("COLUMNS")) {
+    const std::string_view text(set);
+    std::from_chars(text.data(), text.data() + text.size(), columns);
+  }
+  winsize size{};
+  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
+  return columns == 0 ? BlockCanvas().columns : std::min(columns, most);
+}
+
+int drawn(const Options& options) {
+  if (!options.svg.empty() && options.svg != "-") requireFilePlace(options.svg);
+  const Forecast made = forecastOf(options);
+  const auto days = dayPlans(made);
+  if (!options.svg.empty()) {
+    writePicture(options.svg, agendaSvg(days, *made.zone, wallClock()));
+    return Done;
+  }
+  const bool blocks = std::string_view(::nl_langinfo(CODESET)) == "UTF-8";
+  std::cout << agendaBlocks(days, *made.zone, wallClock(), {Terminal::of(STDOUT_FILENO), columnsOfOutput(), blocks});
+  return Done;
+}
+
 int agenda(const Options& options) {
+  if (wantsPicture(options)) return drawn(options);
   const Forecast made = forecastOf(options);
   Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), made.zone, false);
   for (const host::Switch& each : made.switches) {
@@ -61,8 +138,16 @@ void addAgendaCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("agenda", tr("Every switch to come, by your own profiles and calendars"));
   command->add_option("--days", options->days, tr("How many days, today included"))->check(CLI::Range(1, 366));
-  command->add_flag("--json", options->json, tr("Print one JSON object a line"));
-  command->footer(tr("Networks that you will join cannot be known.\n\nExample:\n  {}", "hushmode agenda --days 7"));
+  command->add_option("--from", options->from, tr("The first day, such as 2026-11-24, instead of today from now on"));
+  CLI::Option* json = command->add_flag("--json", options->json, tr("Print one JSON object a line"));
+  CLI::Option* picture = command->add_flag("--picture", options->picture, tr("Draw the days in the terminal"));
+  command->add_option("--svg", options->svg, tr("Draw the days into this SVG file; - for standard output"))
+      ->type_name("FILE")
+      ->excludes(json)
+      ->excludes(picture);
+  picture->excludes(json);
+  command->footer(
+      tr("Networks that you will join cannot be known.\n\nExample:\n  {}", "hushmode agenda --days 7 --svg week.svg"));
   command->final_callback([options, &chosen] { chosen = [options] { return agenda(*options); }; });
 }
 
