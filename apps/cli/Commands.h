@@ -28,5 +28,7 @@ void addDoctorCommand(CLI::App& program, Command& chosen);
 void addHelpCommand(CLI::App& program, Command& chosen);
 void addCompleteCommand(CLI::App& program, Command& chosen);
 void addRescueCommand(CLI::App& program, Command& chosen);
+void addExportCommand(CLI::App& program, Command& chosen);
+void addImportCommand(CLI::App& program, Command& chosen);
 
 }  // namespace hushmode::cli

@@ -6,6 +6,7 @@
 #include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 #include "devices/linux/core/Folders.h"
+#include "devices/linux/core/WriterLock.h"
 #include "devices/shared/GuardedPropertyListFile.h"
 #include "devices/shared/PropertyListFile.h"
 #include "host/Host.h"
@@ -16,11 +17,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <fcntl.h>
 #include <iostream>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace hushmode::cli {
 
@@ -50,11 +48,43 @@ class DaemonStore final : public ProfileStore {
   void remove(std::int64_t identifier) override {
     daemon_.call("DeleteProfile", devices::argumentsOf(static_cast<gint64>(identifier)));
   }
+  void apply(const std::vector<ProfileEdit>& edits) override {
+    for (auto each = edits.begin(); each != edits.end(); ++each) {
+      try {
+        make(*each);
+      } catch (const std::runtime_error& refusal) {
+        if (each == edits.begin()) throw;
+        throw ServiceError(tr("{0}: {1}; before that were done: {2}; the rest was not", each->title, refusal.what(),
+                              titlesOf(edits.begin(), each)));
+      }
+    }
+  }
   bool isEnabled() override { return devices::valueOf<bool>(daemon_.properties(), "Enabled").value_or(false); }
   void setEnabled(bool enabled) override { daemon_.call("SetEnabled", devices::argumentsOf(enabled)); }
   bool isLive() const override { return true; }
 
  private:
+  void make(const ProfileEdit& edit) {
+    switch (edit.kind) {
+      case ProfileEdit::Kind::Add:
+        add(knownSettings(edit.values));
+        return;
+      case ProfileEdit::Kind::Update:
+        update(edit.identifier, knownSettings(edit.values));
+        return;
+      case ProfileEdit::Kind::Remove:
+        remove(edit.identifier);
+        return;
+    }
+  }
+
+  static std::string titlesOf(std::vector<ProfileEdit>::const_iterator from,
+                              std::vector<ProfileEdit>::const_iterator to) {
+    std::string titles;
+    for (; from != to; ++from) titles += (titles.empty() ? "" : ", ") + from->title;
+    return titles;
+  }
+
   Daemon daemon_;
 };
 
@@ -67,24 +97,16 @@ void makePrivate(const std::filesystem::path& folder) {
 }
 
 /// The lock that the daemon holds while it runs.
-class WriterLock {
- public:
-  explicit WriterLock(const std::filesystem::path& folder) {
-    makePrivate(folder);
-    const std::string path = (folder / "lock").string();
-    descriptor_ = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (descriptor_ < 0) throw ServiceError(tr("{0} cannot be opened: {1}", path, std::strerror(errno)));
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return;
-    ::close(descriptor_);
-    throw ServiceError(tr("another program is changing the profiles (it holds {}); try again in a moment", path));
+std::unique_ptr<devices::WriterLock> lockIn(const std::filesystem::path& folder) {
+  try {
+    return std::make_unique<devices::WriterLock>(folder);
+  } catch (const devices::WriterLock::Held& lock) {
+    throw ServiceError(
+        tr("another program is changing the profiles (it holds {}); try again in a moment", std::string(lock.what())));
+  } catch (const std::runtime_error& problem) {
+    throw ServiceError(tr("the profiles cannot be locked: {}", std::string(problem.what())));
   }
-  ~WriterLock() { ::close(descriptor_); }
-  WriterLock(const WriterLock&) = delete;
-  WriterLock& operator=(const WriterLock&) = delete;
-
- private:
-  int descriptor_;
-};
+}
 
 class FileStore final : public ProfileStore {
  public:
@@ -105,28 +127,33 @@ class FileStore final : public ProfileStore {
   }
 
   std::int64_t add(const Dictionary& profile) override {
-    return change([&](std::vector<Dictionary>& profiles) {
-      Dictionary added{{"identifier", freeIdentifier(profiles)}};
-      for (const auto& [key, value] : profile) added.set(key, value);
-      checked(profile, profiles, identifierOf(added));
-      profiles.push_back(added);
-      return identifierOf(added);
+    std::int64_t identifier = 0;
+    change([&](std::vector<Dictionary>& profiles) {
+      host::checkProfile(profile);
+      identifier = addTo(profiles, profile);
     });
+    return identifier;
   }
 
   void update(std::int64_t identifier, const Dictionary& changes) override {
     change([&](std::vector<Dictionary>& profiles) {
-      Dictionary& profile = *placeOf(profiles, identifier);
-      checked(changes, profiles, identifier);
-      for (const auto& [key, value] : changes) profile.set(key, value);
-      return 0;
+      host::checkProfile(changes);
+      updateIn(profiles, identifier, changes);
     });
   }
 
   void remove(std::int64_t identifier) override {
+    change([&](std::vector<Dictionary>& profiles) { profiles.erase(placeOf(profiles, identifier)); });
+  }
+
+  void apply(const std::vector<ProfileEdit>& edits) override {
     change([&](std::vector<Dictionary>& profiles) {
-      profiles.erase(placeOf(profiles, identifier));
-      return 0;
+      for (const ProfileEdit& each : edits) {
+        host::checkProfile(knownSettings(each.values));
+        if (each.kind == ProfileEdit::Kind::Add) addTo(profiles, each.values);
+        if (each.kind == ProfileEdit::Kind::Update) updateIn(profiles, each.identifier, each.values);
+        if (each.kind == ProfileEdit::Kind::Remove) profiles.erase(placeOf(profiles, each.identifier));
+      }
     });
   }
 
@@ -137,7 +164,7 @@ class FileStore final : public ProfileStore {
   }
 
   void setEnabled(bool enabled) override {
-    const WriterLock lock(folders_.state);
+    const auto lock = lockIn(folders_.state);
     makePrivate(folders_.config);
     devices::PropertyListFile file(settingsPath());
     const auto content = file.read();
@@ -150,27 +177,40 @@ class FileStore final : public ProfileStore {
   bool isLive() const override { return false; }
 
  private:
+  /// One change of the file. What no profile can hold is wrong input.
   template <class Change>
-  std::int64_t change(Change work) {
-    const WriterLock lock(folders_.state);
+  void change(Change work) {
+    const auto lock = lockIn(folders_.state);
     makePrivate(folders_.config);
     std::vector<Dictionary> profiles = list();
-    const std::int64_t answer = work(profiles);
+    try {
+      work(profiles);
+    } catch (const host::EditError& refusal) {
+      throw InputError(inWords(refusal.message()));
+    }
     Array array;
     for (Dictionary& each : profiles) array.emplace_back(std::move(each));
     devices::GuardedPropertyListFile file(profilesPath(),
                                           [](const std::string& line) { std::cerr << "hushmode: " << line << '\n'; });
     if (const auto problem = file.write(array)) throw ServiceError(*problem);
-    return answer;
   }
 
-  /// Throws when the values do not fit or the title is another profile's.
-  static void checked(const Dictionary& values, const std::vector<Dictionary>& profiles, std::int64_t identifier) {
-    try {
-      host::checkProfile(values);
-    } catch (const host::EditError& refusal) {
-      throw InputError(inWords(refusal.message()));
-    }
+  static std::int64_t addTo(std::vector<Dictionary>& profiles, const Dictionary& profile) {
+    Dictionary added{{"identifier", freeIdentifier(profiles)}};
+    for (const auto& [key, value] : profile) added.set(key, value);
+    requireFreeTitle(profile, profiles, identifierOf(added));
+    profiles.push_back(added);
+    return identifierOf(added);
+  }
+
+  static void updateIn(std::vector<Dictionary>& profiles, std::int64_t identifier, const Dictionary& changes) {
+    Dictionary& profile = *placeOf(profiles, identifier);
+    requireFreeTitle(changes, profiles, identifier);
+    for (const auto& [key, value] : changes) profile.set(key, value);
+  }
+
+  static void requireFreeTitle(const Dictionary& values, const std::vector<Dictionary>& profiles,
+                               std::int64_t identifier) {
     const auto title = textMeaning(values.find("title"));
     for (const Dictionary& each : profiles) {
       if (title && identifierOf(each) != identifier && textMeaning(each.find("title")) == title) {
@@ -211,6 +251,14 @@ std::unique_ptr<ProfileStore> ProfileStore::open() {
 std::string titleOf(const Dictionary& profile) { return textMeaning(profile.find("title")).value_or(tr("(no title)")); }
 
 std::int64_t identifierOf(const Dictionary& profile) { return integerMeaning(profile.find("identifier")); }
+
+Dictionary knownSettings(const Dictionary& profile) {
+  Dictionary known;
+  for (const host::ProfileKey& each : host::profileKeys()) {
+    if (const platform::Value* value = profile.find(each.name)) known.set(each.name, *value);
+  }
+  return known;
+}
 
 Dictionary profileNamed(const std::vector<Dictionary>& profiles, const std::string& name) {
   std::vector<std::string> titles;

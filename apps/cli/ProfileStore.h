@@ -9,6 +9,14 @@
 
 namespace hushmode::cli {
 
+/// One change to the list of profiles.
+struct ProfileEdit {
+  enum class Kind { Add, Update, Remove } kind;
+  std::string title;                 ///< The profile's, for people.
+  std::int64_t identifier = 0;       ///< Of the profile to update or remove.
+  platform::Dictionary values = {};  ///< To add, or to set.
+};
+
 /// The user's profiles, in the form of their file (docs/profiles-file.md): in the daemon while it runs, since there is
 /// one writer, and in the file under the daemon's lock while it does not.
 ///
@@ -26,6 +34,9 @@ class ProfileStore {
   /// Sets these keys.
   virtual void update(std::int64_t identifier, const platform::Dictionary& changes) = 0;
   virtual void remove(std::int64_t identifier) = 0;
+  /// Makes these changes, in order. In the file they are one change, which keeps keys that nobody knows. The daemon
+  /// takes no such keys, and the changes one by one: the error says which ones were made before.
+  virtual void apply(const std::vector<ProfileEdit>& edits) = 0;
   virtual bool isEnabled() = 0;
   /// The master switch.
   virtual void setEnabled(bool enabled) = 0;
@@ -36,6 +47,9 @@ class ProfileStore {
 /// The title of a profile; "(no title)" in the user's language when it has none.
 std::string titleOf(const platform::Dictionary& profile);
 std::int64_t identifierOf(const platform::Dictionary& profile);
+
+/// The part of a profile that may be set from outside: without its identity and state, and without unknown keys.
+platform::Dictionary knownSettings(const platform::Dictionary& profile);
 
 /// The profile of that title, or of that identifier when no title fits. Throws simulation::InputError with the nearest
 /// title.

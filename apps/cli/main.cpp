@@ -26,7 +26,8 @@ void addCommands(CLI::App& program, cli::Command& chosen, const std::string& pur
 
 void addAllCommands(CLI::App& program, cli::Command& chosen) {
   using cli::tr;
-  addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand);
+  addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand, cli::addExportCommand,
+              cli::addImportCommand);
   addCommands(program, chosen, tr("Now"), cli::addStatusCommands, cli::addQuietCommands, cli::addRescueCommand);
   addCommands(program, chosen, tr("What comes, and why"), cli::addAgendaCommand, cli::addExplainCommand,
               cli::addDoctorCommand);

@@ -226,6 +226,23 @@ std::string tooLarge(const PropertyListLimits& limits) {
             limits.depth);
 }
 
+using Write = decltype(plist_to_xml)*;
+using Free = decltype(plist_to_xml_free)*;
+
+PropertyListResult<std::string> serialize(const Value& value, Write write, Free free) {
+  const PropertyListLimits limits;
+  const Node root = NodeWriter().node(value);
+  if (!root) return {std::nullopt, tooLarge(limits)};
+
+  const DecimalPoint decimalPoint;
+  char* bytes = nullptr;
+  std::uint32_t length = 0;
+  write(root.get(), &bytes, &length);
+  const std::unique_ptr<char, Free> owned(bytes, free);
+  if (!bytes || length > limits.bytes) return {std::nullopt, tooLarge(limits)};
+  return {std::string(bytes, length), {}};
+}
+
 }  // namespace
 
 PropertyListResult<Value> parsePropertyList(std::string_view bytes, const PropertyListLimits& limits) {
@@ -249,17 +266,11 @@ PropertyListResult<Value> parsePropertyList(std::string_view bytes, const Proper
 }
 
 PropertyListResult<std::string> serializeXml(const Value& value) {
-  const PropertyListLimits limits;
-  const Node root = NodeWriter().node(value);
-  if (!root) return {std::nullopt, tooLarge(limits)};
+  return serialize(value, plist_to_xml, plist_to_xml_free);
+}
 
-  const DecimalPoint decimalPoint;
-  char* xml = nullptr;
-  std::uint32_t length = 0;
-  plist_to_xml(root.get(), &xml, &length);
-  const std::unique_ptr<char, decltype(&plist_to_xml_free)> owned(xml, plist_to_xml_free);
-  if (!xml || length > limits.bytes) return {std::nullopt, tooLarge(limits)};
-  return {std::string(xml, length), {}};
+PropertyListResult<std::string> serializeBinary(const Value& value) {
+  return serialize(value, plist_to_bin, plist_to_bin_free);
 }
 
 }  // namespace hushmode::devices

@@ -33,4 +33,7 @@ PropertyListResult<platform::Value> parsePropertyList(std::string_view bytes, co
 /// could not be read back. Independent of the locale.
 PropertyListResult<std::string> serializeXml(const platform::Value& value);
 
+/// The same in the binary encoding: what is written as XML and what is written as binary read back as equal values.
+PropertyListResult<std::string> serializeBinary(const platform::Value& value);
+
 }  // namespace hushmode::devices

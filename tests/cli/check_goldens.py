@@ -1,0 +1,165 @@
+#!/usr/bin/python3
+"""What people see: the output of commands as it was looked at and found good, in tests/cli/goldens/.
+
+usage: check_goldens.py HUSHMODE SOURCE-FOLDER [HUSHMODED] [--update]
+
+With HUSHMODED (under tests/services/run_with.py) those that need the daemon, else the others. --update writes what is
+printed now in the place of what was: look at the difference before it is committed.
+"""
+import difflib
+import os
+import pathlib
+import plistlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+
+UPDATE = "--update" in sys.argv
+PROGRAM, SOURCE, *DAEMON = [pathlib.Path(each).resolve() for each in sys.argv[1:] if each != "--update"]
+GOLDENS = SOURCE / "tests/cli/goldens"
+SPAN = "--from 2026-11-24 --to 2026-11-24 --zone Europe/Berlin"
+
+# File -> commands, in order; each goes on with what those before it left. HERE is the test's folder.
+ALONE = {
+    "profile-list": ["profile list", "profile disable Night", "profile list"],
+    "profile-show": ["profile show Work", "profile show Night"],
+    "calendars": ["calendars"],
+    "schedule-list": ["schedule --list", "schedule Night 22:00-06:00 --days mon,sun", "schedule --list",
+                      "schedule Night --remove"],
+    "agenda": ["on", "profile enable Night", "schedule Night 22:00-06:00", "agenda --days 2", "schedule Night --remove"],
+    "simulate": ["simulate examples/workday.json"],
+    "events": [f"events --calendars examples/calendars {SPAN}", "events --calendars examples/calendars --from 2020-01-01 "
+               "--to 2020-01-01"],
+    "import": ["import HERE/other.plist --dry-run", "import HERE/other.plist --dry-run --replace",
+               "import HERE/same.plist", "import HERE/wrong.plist", "import HERE/none.plist"],
+    "export": ["export HERE/out.plist Work", "export Work", "export - Wrok"],
+    "rescue": ["rescue", "rescue --dry-run"],
+    "wrong": ["staus", "profile edit Wrok --media 5%", "profile edit Work --media loud", "profile edit Work --meda 5%",
+              "profile edit Work --window 22:00-06:00", "profile edit Work --calendars Hoem", "profile show", "quiet 90",
+              "schedule Night 22:00", "agenda --days 0", "simulate HERE/none.json"],
+    "no-daemon": ["status", "log", "networks", "off"],
+}
+WITH_DAEMON = {
+    "status": ["status", "off", "status"],
+    "log": ["log"],
+    "networks": ["networks"],
+    "rescue-daemon": ["on", "WAIT", "rescue"],
+}
+# What differs from day to day and from phone to phone.
+VARYING = [(r"(Mon|Tues|Wednes|Thurs|Fri|Satur|Sun)day, \d{1,2} \w+ \d{4}", "DAY"), (r".* rests: .*\n", "")]
+TIMES = [(r"\b\d{2}:\d{2}(:\d{2})?\b", "TIME")]
+
+
+def zone_of_noon():
+    """A zone in which it is about noon: what is to come today is the same at any hour."""
+    hour = time.gmtime().tm_hour
+    return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
+
+
+def event(title, start, end):
+    def utc(seconds):
+        return time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(seconds))
+
+    return "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//test//EN", "BEGIN:VEVENT", "UID:one",
+                        f"DTSTAMP:{utc(start)}", f"DTSTART:{utc(start)}", f"DTEND:{utc(end)}", f"SUMMARY:{title}",
+                        "END:VEVENT", "END:VCALENDAR", ""])
+
+
+class Phone:
+    """The profiles Work and Night, the calendars Work and Home; with a daemon, in a meeting of Work."""
+
+    def __init__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
+        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.folder / "config"), TZ=zone_of_noon(),
+                                LC_ALL="C.UTF-8", XDG_STATE_HOME=str(self.folder / "state"),
+                                XDG_DATA_HOME=str(self.folder / "data"))
+        for name in ("Work", "Home"):
+            folder = self.folder / "data/hushmode/calendars" / name
+            folder.mkdir(parents=True)
+            title, start, end = ("Interview", -600, 600) if DAEMON and name == "Work" else ("Past", -86400, -86300)
+            (folder / "one.ics").write_text(event(title, time.time() + start, time.time() + end))
+        work = {"identifier": 1700000000, "title": "Work", "enabled": True, "allDay": False, "startTime": "12:00 AM",
+                "endTime": "11:59 PM", "ringerVolume": 0.05, "playBackVolume": 0.1, "vibrate": True,
+                "calendarIdentifiers": ["folder:Work"], "wifiNetworks": ["Office"]}
+        night = {"identifier": 1700000001, "title": "Night", "enabled": True, "allDay": True, "dnDEnabled": True,
+                 "calendarIdentifiers": ["folder:Home"]}
+        self.write("config/hushmode/com.quorvel.hushmode.profiles.plist", [work, night])
+        self.write("same.plist", [work])
+        self.write("other.plist", [{**work, "allDay": True, "playBackVolume": 0.25, "wifiNetworks": []},
+                                   {"title": "Cinema", "enabled": True, "dnDEnabled": True, "ringervolume": 0.1}])
+        self.write("wrong.plist", [work, {**night, "ringerVolume": 12}])
+        self.daemon = None
+        if DAEMON:
+            self.daemon = subprocess.Popen([DAEMON[0]], env=self.environment, stderr=subprocess.DEVNULL)
+            subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
+                           env=self.environment)
+            self.wait_for_switch()
+        else:
+            self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
+            self.environment["XDG_RUNTIME_DIR"] = str(self.folder)
+
+    def write(self, name, profiles):
+        path = self.folder / name
+        path.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
+        path.write_bytes(plistlib.dumps(profiles))
+
+    def wait_for_switch(self):
+        """Until the last switch, to on, has come to rest."""
+        deadline = time.monotonic() + 30
+        while '"on":true' not in (self.run(["log", "--json", "--limit", "1"]).stdout or ""):
+            assert time.monotonic() < deadline, "the profile did not go on"
+            time.sleep(0.1)
+
+    def run(self, words):
+        return subprocess.run([PROGRAM, *words], env=self.environment, cwd=SOURCE, capture_output=True, text=True)
+
+    def shown(self, command):
+        if command == "WAIT":
+            self.wait_for_switch()
+            return ""
+        result = self.run(shlex.split(command.replace("HERE", str(self.folder))))
+        text = f"$ hushmode {command}\n{result.stdout}"
+        text += "".join(f"! {line}\n" for line in result.stderr.splitlines())
+        if result.returncode != 0:
+            text += f"(exit code {result.returncode})\n"
+        return text.replace(str(self.folder), "HERE") + "\n"
+
+    def end(self):
+        if self.daemon:
+            self.daemon.terminate()
+            self.daemon.wait(15)
+
+
+def main():
+    phone = Phone()
+    faults = 0
+    try:
+        for name, commands in (WITH_DAEMON if DAEMON else ALONE).items():
+            text = "".join(map(phone.shown, commands))
+            for pattern, word in VARYING + (TIMES if DAEMON else []):
+                text = re.sub(pattern, word, text)
+            path = GOLDENS / f"{name}.txt"
+            if UPDATE:
+                GOLDENS.mkdir(exist_ok=True)
+                path.write_text(text)
+                continue
+            expected = path.read_text() if path.exists() else ""
+            if text != expected:
+                faults += 1
+                sys.stdout.writelines(difflib.unified_diff(expected.splitlines(True), text.splitlines(True),
+                                                           str(path), "now"))
+    finally:
+        phone.end()
+    known = {f"{name}.txt" for name in {**ALONE, **WITH_DAEMON}}
+    for path in GOLDENS.glob("*"):
+        if path.name not in known:
+            faults += 1
+            print(f"{path}: no command prints this")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
