@@ -127,4 +127,14 @@ Dictionary busForm(const host::PlannedWakeUp& each) {
   return form;
 }
 
+std::string reasonText(const Dictionary& told) {
+  const auto textAt = [&](const char* key) -> std::optional<std::string> {
+    const auto place = told.find(key);
+    const auto value = place == told.end() ? std::nullopt : as<Glib::ustring>(place->second);
+    return value ? std::optional(value->raw()) : std::nullopt;
+  };
+  const auto kind = host::reasonKindOf(textAt("cause").value_or(""));
+  return kind ? inWords(host::Reason{*kind, textAt("about")}) : textAt("reason").value_or("");
+}
+
 }  // namespace hushmode::bus

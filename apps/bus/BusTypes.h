@@ -24,4 +24,8 @@ Dictionary busForm(const host::Switch& each);
 Dictionary busForm(const host::AppliedProfile& each);
 Dictionary busForm(const host::PlannedWakeUp& each);
 
+/// Why what a switch or an applied profile tells of is so, in the language of this process where its cause is one of
+/// those that we know, else as the daemon words it.
+std::string reasonText(const Dictionary& told);
+
 }  // namespace hushmode::bus

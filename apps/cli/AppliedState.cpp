@@ -3,6 +3,7 @@
 #include "apps/cli/MomentText.h"
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
+#include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 
 namespace hushmode::cli {
@@ -27,7 +28,7 @@ AppliedState appliedState(const Daemon& daemon, std::int64_t profile) {
   for (const auto& each : valueOf<bus::Dictionaries>(properties, "Applied").value_or(bus::Dictionaries())) {
     if (valueOf<gint64>(each, "identifier") == profile) {
       state.applied = true;
-      state.reason = textOf(each, "reason").value_or("");
+      state.reason = bus::reasonText(each);
       state.since = dateOf(each, "since");
     } else if (state.applied) {
       state.appliedLater.push_back(textOf(each, "title").value_or(""));
@@ -39,7 +40,7 @@ AppliedState appliedState(const Daemon& daemon, std::int64_t profile) {
   for (const auto& each : daemon.ask<bus::Dictionaries>("RecentSwitches", devices::argumentsOf(guint32(0)))) {
     const auto at = dateOf(each, "date");
     if (!at || valueOf<gint64>(each, "identifier") != profile) continue;
-    state.last = {*at, valueOf<bool>(each, "on").value_or(false), textOf(each, "reason").value_or("")};
+    state.last = {*at, valueOf<bool>(each, "on").value_or(false), bus::reasonText(each)};
   }
   return state;
 }
@@ -66,7 +67,8 @@ std::vector<std::string> sentences(const AppliedState& state, const Explanation&
     told.push_back(tr("{} went on later: its volumes and its vibration hold.", harmless(later)));
   }
   for (const std::string& service : state.resting) {
-    told.push_back(tr("{} rests, so that the phone may not be as the profile asks; see: hushmode doctor", service));
+    told.push_back(
+        tr("{} rests, so that the phone may not be as the profile asks; see: hushmode doctor", serviceText(service)));
   }
   told.push_back(tr("What you have set by hand since its last switch stays until the next."));
   return told;

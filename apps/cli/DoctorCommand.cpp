@@ -11,6 +11,7 @@
 #include "apps/cli/Text.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 #include "devices/shared/CalendarFolder.h"
 
@@ -173,7 +174,7 @@ void printArea(const Lines& lines, Area area, const std::string& heading) {
   bool isEmpty = true;
   for (const Line& each : lines) {
     severityColumns = std::max(severityColumns, columnsOf(severityOf(each)));
-    serviceColumns = std::max(serviceColumns, columnsOf(harmless(each.service)));
+    serviceColumns = std::max(serviceColumns, columnsOf(harmless(serviceText(each.service))));
     isEmpty = isEmpty && each.area != area;
   }
   if (isEmpty) return;
@@ -185,7 +186,7 @@ void printArea(const Lines& lines, Area area, const std::string& heading) {
                         : each.finding.severity == Warning ? Style::Yellow
                                                            : Style::Dim;
     std::cout << "  " << terminal.styled(padded(severityOf(each), severityColumns), style) << "  ";
-    if (area == Area::Service) std::cout << padded(harmless(each.service), serviceColumns) << "  ";
+    if (area == Area::Service) std::cout << padded(harmless(serviceText(each.service)), serviceColumns) << "  ";
     std::cout << harmless(each.finding.text) << '\n';
     if (!each.finding.remedy.empty()) {
       std::cout << std::string(severityColumns + 4, ' ') << terminal.styled("-> ", Style::Dim)

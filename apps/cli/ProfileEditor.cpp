@@ -43,23 +43,6 @@ Array arrayOf(const std::vector<std::string>& texts) {
   return array;
 }
 
-/// In the form in which it can be read again: never translated.
-std::string writtenSetting(const Setting& setting, const Dictionary& profile) {
-  const Value* value = profile.find(setting.key);
-  switch (setting.kind) {
-    case Setting::Kind::Flag:
-      return booleanMeaning(value) ? "on" : "off";
-    case Setting::Kind::AllDayEvents:
-      return booleanMeaning(value) ? "ignore" : "count";
-    case Setting::Kind::Tone:
-      return textMeaning(value).value_or("");
-    case Setting::Kind::Volume:
-    case Setting::Kind::EventStatus:
-      return settingText(setting, profile);
-  }
-  return {};
-}
-
 std::string writtenWindow(const Dictionary& profile) {
   if (booleanMeaning(profile.find("allDay"))) return "all day";
   return textMeaning(profile.find("startTime")).value_or("12:00 AM") + " - " +

@@ -19,7 +19,8 @@ using enum Setting::Kind;
 
 namespace {
 
-const char* const statusWords[] = {"any", "confirmed", "tentative", "cancelled"};
+const char* const statusWords[] = {HUSHMODE_MARKED("any"), HUSHMODE_MARKED("confirmed"), HUSHMODE_MARKED("tentative"),
+                                   HUSHMODE_MARKED("cancelled")};
 
 bool isOneOf(const std::string& text, std::initializer_list<std::string_view> words) {
   return std::find(words.begin(), words.end(), text) != words.end();
@@ -31,13 +32,13 @@ bool parseFlag(const Setting& setting, const std::string& text) {
   throw InputError(tr("--{0} {1}: expected on or off", setting.word, text));
 }
 
-/// "5%", "0.05", ".5": none for anything else.
+/// "5%", "5 %", "0.05", ".5", "0,05": none for anything else.
 std::optional<double> volumeOf(const std::string& text) {
   Scanner scanner(text);
   scanner.skipBlanks();
   const auto whole = scanner.number(1, 3);
   double volume = whole.value_or(0);
-  if (scanner.take(".")) {
+  if (scanner.take(".") || scanner.take(",")) {
     const auto before = scanner.rest().size();
     const auto fraction = scanner.number(1, 9);
     if (!fraction) return std::nullopt;
@@ -46,6 +47,7 @@ std::optional<double> volumeOf(const std::string& text) {
     return std::nullopt;
   }
   scanner.skipBlanks();
+  scanner.take("\u00a0");  // As some languages write it.
   if (scanner.take("%")) volume /= 100;
   scanner.skipBlanks();
   return scanner.isAtEnd() && volume <= 1 ? std::optional(volume) : std::nullopt;
@@ -56,7 +58,11 @@ double parseVolume(const Setting& setting, const std::string& text) {
   throw InputError(tr("--{0} {1}: expected a volume, such as 5% or 0.05", setting.word, text));
 }
 
-std::string percent(double volume) { return std::to_string(std::lround(volume * 100)) + "%"; }
+long percentOf(const Value* volume) { return std::lround(floatMeaning(volume) * 100); }
+
+std::size_t statusOf(const Value* status) {
+  return static_cast<std::size_t>(std::clamp<std::int64_t>(integerMeaning(status), 0, 3));
+}
 
 }  // namespace
 
@@ -106,13 +112,30 @@ std::string settingText(const Setting& setting, const Dictionary& profile) {
     case Flag:
       return booleanMeaning(value) ? tr("on") : tr("off");
     case Volume:
-      return percent(floatMeaning(value));
+      return tr("{0}%", percentOf(value));
     case Tone:
       return textMeaning(value).value_or(tr("the default one"));
     case EventStatus:
-      return statusWords[std::clamp<std::int64_t>(integerMeaning(value), 0, 3)];
+      return tr(statusWords[statusOf(value)]);
     case AllDayEvents:
       return booleanMeaning(value) ? tr("ignored") : tr("counted");
+  }
+  return {};
+}
+
+std::string writtenSetting(const Setting& setting, const Dictionary& profile) {
+  const Value* value = profile.find(setting.key);
+  switch (setting.kind) {
+    case Flag:
+      return booleanMeaning(value) ? "on" : "off";
+    case Volume:
+      return fmt::format("{}%", percentOf(value));
+    case Tone:
+      return textMeaning(value).value_or("");
+    case EventStatus:
+      return statusWords[statusOf(value)];
+    case AllDayEvents:
+      return booleanMeaning(value) ? "ignore" : "count";
   }
   return {};
 }

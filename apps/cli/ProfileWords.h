@@ -28,6 +28,9 @@ platform::Value parseSetting(const Setting& setting, const std::string& text);
 /// What the file has, for people.
 std::string settingText(const Setting& setting, const platform::Dictionary& profile);
 
+/// The same as the command line reads it, in all languages.
+std::string writtenSetting(const Setting& setting, const platform::Dictionary& profile);
+
 /// A time of day in the file's form ("5:30 PM") from "17:30", "5:30 PM", "5:30pm" or "5pm"; none for anything else.
 std::optional<std::string> fileTimeOf(const std::string& text);
 

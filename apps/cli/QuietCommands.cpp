@@ -3,6 +3,7 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/Daemon.h"
+#include "apps/cli/DayNames.h"
 #include "apps/cli/Json.h"
 #include "apps/cli/OwnCalendar.h"
 #include "apps/cli/ProfileStore.h"
@@ -13,10 +14,10 @@
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/words/Clock.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <iostream>
 #include <memory>
@@ -52,19 +53,16 @@ int parseLength(const std::string& text) {
   throw InputError(tr("quiet {}: expected how long, such as 90m, 2h or 1h30m, at most a week", text));
 }
 
-/// RFC 5545's names of the days; empty for every day.
-std::vector<std::string> parseDays(const std::string& text) {
-  static constexpr std::array<std::pair<const char*, const char*>, 7> names{
-      {{"mon", "MO"}, {"tue", "TU"}, {"wed", "WE"}, {"thu", "TH"}, {"fri", "FR"}, {"sat", "SA"}, {"sun", "SU"}}};
-  std::vector<std::string> days;
-  for (const std::string& each : splitList(text)) {
-    const auto place = std::find_if(names.begin(), names.end(), [&](const auto& name) { return each == name.first; });
-    if (place == names.end()) {
-      throw InputError(tr("--days {}: expected days such as mon,tue,wed,thu,fri,sat,sun", text));
-    }
-    days.emplace_back(place->second);
-  }
-  return days;
+/// "22:00-06:00" on the clock of the user's language.
+std::string hoursText(const std::string& hours) {
+  const auto dash = hours.find('-');
+  const auto minuteOf = [](const std::string& text) {
+    const auto time = fileTimeOf(text);
+    return time ? minuteOfDay(*time) : std::nullopt;
+  };
+  const auto from = minuteOf(hours.substr(0, dash)),
+             to = dash == std::string::npos ? std::nullopt : minuteOf(hours.substr(dash + 1));
+  return from && to ? tr("{0}-{1}", clockWithMinutes(*from * 60), clockWithMinutes(*to * 60)) : hours;
 }
 
 /// The profile named; without a name, the only enabled one.
@@ -131,8 +129,8 @@ int listSchedules(const Options& options) {
     if (options.json) {
       std::cout << lineOf({{"profile", each.profile}, {"hours", *each.hours}, {"days", each.days}}) << '\n';
     } else {
-      std::cout << harmless(each.profile) << "  " << *each.hours << "  "
-                << (each.days == "daily" ? tr("every day") : each.days) << '\n';
+      std::cout << harmless(each.profile) << "  " << harmless(hoursText(*each.hours)) << "  "
+                << harmless(daysText(each.days)) << '\n';
     }
   }
   if (!any && !options.json) std::cout << tr("There are no quiet hours.") << '\n';

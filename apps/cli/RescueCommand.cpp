@@ -92,7 +92,7 @@ std::string nameOf(const std::string& what) {
 
 std::string textOf(const Json& value) {
   if (value.is_boolean()) return value.get<bool>() ? tr("on") : tr("off");
-  return std::to_string(std::lround(value.get<double>() * 100)) + "%";
+  return tr("{0}%", std::lround(value.get<double>() * 100));
 }
 
 void print(const Json& value, const Options& options) {

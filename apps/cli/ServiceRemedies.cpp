@@ -2,14 +2,11 @@
 
 #include "apps/cli/ShellWord.h"
 #include "apps/cli/Text.h"
+#include "apps/words/Words.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
 #include <array>
-
-#ifndef HUSHMODE_MARKED
-#define HUSHMODE_MARKED(text) text
-#endif
 
 namespace hushmode::cli {
 
@@ -62,6 +59,14 @@ constexpr std::array<Remedy, 15> remedies{{
     {"appearance", hardly, HUSHMODE_MARKED("sudo apt install xdg-desktop-portal")},
 }};
 
+/// The daemon says it in its language, which need not be ours.
+bool isLocked(const std::string& detail) {
+  static constexpr std::array forms{
+      HUSHMODE_MARKED("the setting org.gnome.desktop.notifications show-banners is locked"),
+      HUSHMODE_MARKED("the alarms of GNOME Clocks are locked"), HUSHMODE_MARKED("the profile of feedbackd is locked")};
+  return std::any_of(forms.begin(), forms.end(), [&](const char* form) { return isSaid(detail, form); });
+}
+
 bool names(const std::string& detail, std::string_view what) { return detail.find(what) != std::string::npos; }
 
 }  // namespace
@@ -89,7 +94,7 @@ Finding serviceFinding(const ServiceStatus& service, const ServiceNeeds& needs) 
     if (names(service.detail, "module-stream-restore")) {
       return {Warning, "service-in-part", service.detail, "pactl load-module module-stream-restore"};
     }
-    if (names(service.detail, "no output")) {
+    if (isSaid(service.detail, HUSHMODE_MARKED("{}, no output"))) {
       return {Warning, "service-in-part", service.detail, tr("Connect a speaker; see: pactl list short sinks")};
     }
     return finding;
@@ -103,7 +108,7 @@ Finding serviceFinding(const ServiceStatus& service, const ServiceNeeds& needs) 
     return finding;
   }
   finding.severity = remedy->needed(needs);
-  finding.remedy = names(service.detail, "locked")
+  finding.remedy = isLocked(service.detail)
                        ? tr("It is locked for this user: ask who administers this system")
                        : tr(remedy->text, HUSHMODE_DAEMON, shellWord((calendarFolder() / "NAME").string()));
   return finding;

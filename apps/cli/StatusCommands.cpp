@@ -111,7 +111,7 @@ int status(const Options& options) {
   if (applied.empty()) std::cout << tr("Nothing is quiet now.") << '\n';
   for (const auto& each : applied) {
     const std::string title = terminal.styled(harmless(text(each, "title")), Style::Bold);
-    const std::string reason = harmless(text(each, "reason"));
+    const std::string reason = harmless(bus::reasonText(each));
     const auto until = date(each, "until");
     std::cout << (until ? tr("{0} is on for {1}, until {2}.", title, reason, when(*until, *zone))
                         : tr("{0} is on for {1}.", title, reason))
@@ -153,7 +153,7 @@ int log(const Options& options) {
     const bool on = valueOf<bool>(each, "on").value_or(false);
     std::cout << "  " << simulation::clockTime(at, *zone) << "  " << harmless(text(each, "profile")) << "  "
               << terminal.styled(on ? tr("on") : tr("off"), on ? Style::Green : Style::Dim) << "  "
-              << harmless(text(each, "reason")) << "  " << terminal.styled(text(each, "change"), Style::Dim) << '\n';
+              << harmless(bus::reasonText(each)) << "  " << terminal.styled(text(each, "change"), Style::Dim) << '\n';
   }
   if (switches.empty() && !options.json) std::cout << tr("Nothing was switched since the daemon started.") << '\n';
   return Done;

@@ -3,7 +3,7 @@
 #include "devices/words/Text.h"
 
 #include <array>
-#include <cstdint>
+#include <cstring>
 #include <ctime>
 #include <langinfo.h>
 #include <string_view>
@@ -48,7 +48,9 @@ std::string dayText(unsigned weekday, unsigned day, unsigned month, int year) {
 unsigned firstWeekday() {
   // glibc has the first weekday as a number from 1, counted from a day that is a Sunday in most languages and a Monday
   // in others; it tells which by a date. (It hands over the number itself where others get a pointer.)
-  const auto reference = static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(::nl_langinfo(_NL_TIME_WEEK_1STDAY)));
+  const char* const answer = ::nl_langinfo(_NL_TIME_WEEK_1STDAY);
+  unsigned reference = 0;
+  std::memcpy(&reference, &answer, sizeof reference);
   constexpr unsigned mondayReference = 19971201;
   const auto first = static_cast<unsigned>(static_cast<unsigned char>(*::nl_langinfo(_NL_TIME_FIRST_WEEKDAY)));
   if (first == 0) return 1;
@@ -56,5 +58,7 @@ unsigned firstWeekday() {
 }
 
 std::string shortWeekday(unsigned weekday) { return item(ABDAY_1, weekday); }
+
+std::string longWeekday(unsigned weekday) { return item(DAY_1, weekday); }
 
 }  // namespace hushmode

@@ -20,5 +20,7 @@ std::string dayText(unsigned weekday, unsigned day, unsigned month, int year);
 unsigned firstWeekday();
 /// "Mon"; 0 for Sunday.
 std::string shortWeekday(unsigned weekday);
+/// "Monday"; 0 for Sunday.
+std::string longWeekday(unsigned weekday);
 
 }  // namespace hushmode

@@ -15,4 +15,7 @@ std::string inWords(const host::Reason& reason);
 /// known stands for itself.
 std::string serviceText(const std::string& name);
 
+/// Whether a text that another process has said is this form with some values in it, in English or in our language.
+bool isSaid(const std::string& text, const char* form);
+
 }  // namespace hushmode
