@@ -138,7 +138,8 @@ void addAgendaCommand(CLI::App& program, Command& chosen) {
   const auto options = std::make_shared<Options>();
   CLI::App* command = program.add_subcommand("agenda", tr("Every switch to come, by your own profiles and calendars"));
   command->add_option("--days", options->days, tr("How many days, today included"))->check(CLI::Range(1, 366));
-  command->add_option("--from", options->from, tr("The first day, such as 2026-11-24, instead of today from now on"));
+  command->add_option("--from", options->from, tr("The first day, such as 2026-11-24, instead of today from now on"))
+      ->type_name("DAY");
   CLI::Option* json = command->add_flag("--json", options->json, tr("Print one JSON object a line"));
   CLI::Option* picture = command->add_flag("--picture", options->picture, tr("Draw the days in the terminal"));
   command->add_option("--svg", options->svg, tr("Draw the days into this SVG file; - for standard output"))

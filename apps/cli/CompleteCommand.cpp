@@ -6,6 +6,8 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/Daemon.h"
+#include "apps/cli/Forecast.h"
+#include "apps/cli/KnownEvents.h"
 #include "apps/cli/Places.h"
 #include "apps/cli/ProfileStore.h"
 #include "apps/cli/Text.h"
@@ -29,9 +31,15 @@ std::vector<std::string> profileTitles() {
   return titles;
 }
 
+std::vector<KnownCalendar> inFiles() {
+  const platform::Date now = wallClock();
+  return knownEvents(now, now, *userZone(), [](const std::string&) {}).calendars;
+}
+
 /// Identifiers stand for titles that several calendars have.
 std::vector<std::string> calendarNames() {
-  const auto calendars = knownCalendars();
+  // Without the daemon by way of the events: what large files hold is remembered there.
+  const auto calendars = Daemon::running() ? knownCalendars() : inFiles();
   std::vector<std::string> names;
   for (const KnownCalendar& each : calendars) {
     const auto called = std::count_if(calendars.begin(), calendars.end(),
