@@ -90,12 +90,19 @@ const CLI::Option* namedArgument(const CLI::App& command, const std::string& mes
   return named;
 }
 
+/// The two arguments in a message of the parser.
+std::pair<std::string, std::string> aroundWord(const std::string& message, const std::string& word) {
+  const auto place = message.find(word);
+  if (place == std::string::npos) return {message, ""};
+  return {message.substr(0, place), message.substr(place + word.size())};
+}
+
 std::string expectation(const CLI::Option& argument) {
   const ValueKind kind = valueKindOf(argument);
   if (kind.least && kind.most) return tr("a number from {0} to {1}", *kind.least, *kind.most);
   if (kind.least) return tr("a number from {} on", *kind.least);
   if (kind.source == ValueKind::Source::Choices) return tr("one of {}", listed(kind.choices));
-  return kind.word == "NUMBER" ? tr("a whole number") : kind.word;
+  return kind.word == "NUMBER" ? tr("a whole number") : shownWord(kind.word);
 }
 
 }  // namespace
@@ -107,7 +114,7 @@ std::string wrongUse(const CLI::App& program, const CLI::ParseError& error) {
   const CLI::Option* argument = namedArgument(command, error.what());
   if (dynamic_cast<const CLI::RequiredError*>(&error)) {
     if (!argument) return at + tr("expected a command, one of {}", listed(commandNames(command)));
-    return at + tr("{0} is missing: {1}", argument->get_name(), argument->get_description());
+    return at + tr("{0} is missing: {1}", shownWord(argument->get_name()), argument->get_description());
   }
   if (argument && dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
     return at + tr("{0} needs {1} behind it", argument->get_name(), expectation(*argument));
@@ -123,7 +130,15 @@ std::string wrongUse(const CLI::App& program, const CLI::ParseError& error) {
     return near.empty() ? at + tr("{0}: expected {1}", given, expectation(*argument))
                         : at + tr("{0}: expected {1}; did you mean \"{2}\"?", given, expectation(*argument), near);
   }
-  // The parser's own words for the rest, which are about how arguments go together.
+  if (dynamic_cast<const CLI::ExcludesError*>(&error)) {
+    const auto [one, other] = aroundWord(error.what(), " excludes ");
+    return at + tr("{0} and {1} exclude each other", one, other);
+  }
+  if (dynamic_cast<const CLI::RequiresError*>(&error)) {
+    const auto [one, other] = aroundWord(error.what(), " requires ");
+    return at + tr("{0} is only allowed together with {1}", one, other);
+  }
+  // The parser's own words for the rest, which no command here comes to.
   return at + tr("{0}; see {1} --help", harmless(error.what()), fullName(command));
 }
 

@@ -51,15 +51,17 @@ def command_entry(command):
     words += [call(each) if each.required else f"[{call(each)}]" for each in command.places]
     if any(not each.required for each in options):
         words.append(r"[\fIOPTIONS\fR]")
-    text = f".TP 4\n{' '.join(words)}\n{manual.prose(sentence(command.help))}.RS 4\n"
+    head = f".TP 4\n{' '.join(words)}\n{manual.prose(sentence(command.help))}"
+    text = ""
     for argument in command.places + options:
         text += manual.entry(call(argument), explanation(argument), indent=" 4")
     for note in command.notes:
         text += manual.paragraph(note)
-    if command.examples:
-        text += ".PP\n" + ("Examples:" if len(command.examples) > 1 else "Example:") + "\n.PP\n.EX\n"
-        text += "".join(f"{guarded(literal(each))}\n" for each in command.examples) + ".EE\n"
-    return text + ".RE\n"
+    examples = [each for each in command.examples if each != command.name]  # That the line above has said.
+    if examples:
+        text += ".PP\n" + ("Examples:" if len(examples) > 1 else "Example:") + "\n.EX\n"
+        text += "".join(f"{guarded(literal(each))}\n" for each in examples) + ".EE\n"
+    return f"{head}.RS 4\n{text}.RE\n" if text else head
 
 
 def commands(program):

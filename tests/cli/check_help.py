@@ -163,6 +163,9 @@ class Help(unittest.TestCase):
             with self.subTest(command=command["name"]):
                 self.refused(*self.words(command), *["a"] * len(places), "extra", says=['"extra"', "quotation marks"])
 
+    def test_options_that_exclude_each_other_are_told(self):
+        self.refused("agenda", "--svg", "x.svg", "--json", says=["--svg", "--json", "exclude each other"])
+
     def test_a_profile_may_be_called_like_a_command(self):
         for title in ("status", "show", "profile"):
             self.refused("profile", "show", title, says=[f'no profile is called "{title}"'])

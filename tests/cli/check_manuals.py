@@ -63,6 +63,7 @@ class Manuals(unittest.TestCase):
         manual = plain("hushmode.1")
         helps = list(all_helps())
         self.assertGreater(len(helps), 20)
+        others = " (?:%s) " % "|".join(" ".join(("hushmode", *command)) for command, _ in helps if command)
         for command, help in helps:
             name = " ".join(("hushmode", *command))
             options = [option for entry in commands_in(help).get("Options:", []) for option in re.findall(r"--?[\w-]+", entry)]
@@ -71,7 +72,7 @@ class Manuals(unittest.TestCase):
                 part = manual
             else:
                 self.assertIn(f" {name} ", manual)
-                part = manual.split(f" {name} ", 1)[1].split("Example")[0]
+                part = re.split(others, manual.split(f" {name} ", 1)[1])[0]  # Up to the next command, or example.
             for option in options:
                 with self.subTest(command=name, option=option):
                     self.assertIn(option, part if option not in ("--help", "-h") else manual)
