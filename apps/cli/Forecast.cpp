@@ -2,7 +2,6 @@
 
 #include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
-#include "devices/linux/core/LocalZone.h"
 
 #include <chrono>
 #include <utility>
@@ -64,7 +63,7 @@ Date wallClock() {
 }
 
 std::shared_ptr<const devices::TimeZone> userZone() {
-  return devices::LocalZone([](const std::string&) {}, [] {}).zone();
+  return simulation::zoneNamed(std::nullopt);
 }
 
 }  // namespace hushmode::cli

@@ -25,8 +25,9 @@ Forecast forecast(std::vector<platform::Dictionary> profiles, platform::Date fro
                   std::shared_ptr<const devices::TimeZone> zone, const Complaint& complaint,
                   const std::function<void(const devices::RecordEntry&)>& decisions = {});
 
-/// The machine's clock, and the user's time zone.
+/// The machine's clock.
 platform::Date wallClock();
+/// The user's time zone. Throws simulation::InputError when TZ names none that the system knows.
 std::shared_ptr<const devices::TimeZone> userZone();
 
 }  // namespace hushmode::cli
