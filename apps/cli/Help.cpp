@@ -24,10 +24,10 @@ constexpr std::size_t leastRight = 26;
 
 /// "--window TIMES", "NAME".
 std::string nameOf(const CLI::Option& argument) {
-  if (argument.get_positional()) return argument.get_name(true);
+  if (argument.get_positional()) return shownWord(argument.get_name(true));
   std::string names;
   for (const std::string& each : optionNames(argument)) names += (names.empty() ? "" : ", ") + each;
-  const std::string word = valueKindOf(argument).word;
+  const std::string word = shownWord(valueKindOf(argument).word);
   return word.empty() ? names : names + " " + word;
 }
 

@@ -3,7 +3,10 @@
 
 #include "apps/cli/ValueKinds.h"
 
+#include "apps/cli/Text.h"
+
 #include <algorithm>
+#include <array>
 #include <sstream>
 
 namespace hushmode::cli {
@@ -77,6 +80,18 @@ ValueKind valueKindOf(const CLI::Option& argument) {
   }
   if (colon != std::string::npos) addLimits(said.substr(colon + 1), kind);
   return kind;
+}
+
+std::string shownWord(const std::string& word) {
+  static constexpr std::array words{
+      HUSHMODE_MARKED("CALENDARS"), HUSHMODE_MARKED("COMMAND"), HUSHMODE_MARKED("DAY"),      HUSHMODE_MARKED("DAYS"),
+      HUSHMODE_MARKED("FILE"),      HUSHMODE_MARKED("FOLDER"),  HUSHMODE_MARKED("HOURS"),    HUSHMODE_MARKED("KIND"),
+      HUSHMODE_MARKED("LENGTH"),    HUSHMODE_MARKED("NAME"),    HUSHMODE_MARKED("NETWORKS"), HUSHMODE_MARKED("NEW"),
+      HUSHMODE_MARKED("NUMBER"),    HUSHMODE_MARKED("PROFILE"), HUSHMODE_MARKED("SCENARIO"), HUSHMODE_MARKED("TEXT"),
+      HUSHMODE_MARKED("TIME"),      HUSHMODE_MARKED("TIMES"),   HUSHMODE_MARKED("TITLE"),    HUSHMODE_MARKED("TONE"),
+      HUSHMODE_MARKED("VOLUME"),    HUSHMODE_MARKED("ZONE")};
+  const auto place = std::find(words.begin(), words.end(), word);
+  return place == words.end() ? word : tr(*place);
 }
 
 std::vector<std::string> optionNames(const CLI::Option& option) {

@@ -26,6 +26,9 @@ struct ValueKind {
 
 ValueKind valueKindOf(const CLI::Option& argument);
 
+/// What stands for a value in a help text, in the user's language: "FILE". What can be typed so, as "on|off", stays.
+std::string shownWord(const std::string& word);
+
 /// "-v" and "--verbose", short ones first; none of a positional argument.
 std::vector<std::string> optionNames(const CLI::Option& option);
 
