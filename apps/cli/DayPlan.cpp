@@ -58,8 +58,8 @@ Standing standingOf(host::Conditions conditions, const host::Happening& event, c
   conditions.allDay = true;
   if (isOn()) return Standing::OutsideHours;
   if (event.status == platform::EKEventStatus::Canceled) return Standing::Cancelled;
-  conditions.allDayEventsIgnored = false;
-  return isOn() ? Standing::AllDayIgnored : Standing::OtherStatus;
+  conditions.wantedStatus = 0;
+  return isOn() ? Standing::OtherStatus : Standing::AllDayIgnored;
 }
 
 Lane laneOf(const Planned& profile, const std::vector<KnownEvent>& events, const DaySpan& day, const TimeZone& zone) {

@@ -153,7 +153,7 @@ TEST_F(DayPlanTest, EventsThatDoNotCountSayWhy) {
   event("Work", "2026-11-24 12:00", "2026-11-24 13:00").status = EKEventStatus::Tentative;
   event("Work", "2026-11-24 14:00", "2026-11-24 14:00").status = EKEventStatus::Confirmed;
   KnownEvent& wholeDay = event("Work", "2026-11-24", "2026-11-25");
-  wholeDay.status = EKEventStatus::Confirmed;
+  wholeDay.status = EKEventStatus::Tentative;
   wholeDay.allDay = true;
   const auto day = days()[0];
   std::vector<Standing> standings;
