@@ -156,8 +156,10 @@ class GermanDaemon(unittest.TestCase):
 
     def setUp(self):
         self.messages = FOLDER / "messages"
+        (FOLDER / "home/data/hushmode/calendars/Arbeit").mkdir(parents=True)
         with self.messages.open("w") as stream:
-            self.daemon = subprocess.Popen([DAEMON], env=environment("de_DE.UTF-8"), stderr=stream)
+            self.daemon = subprocess.Popen([DAEMON, "--data", SOURCE / "packaging" / "hushmode"],
+                                           env=environment("de_DE.UTF-8"), stderr=stream)
         self.addCleanup(self.daemon.wait)
         self.addCleanup(self.daemon.terminate)
         self.monitor = subprocess.Popen(["gdbus", "monitor", "--session", "--dest", "com.quorvel.Hushmode"],
@@ -173,6 +175,7 @@ class GermanDaemon(unittest.TestCase):
 
     def test_what_it_says_and_what_is_said_of_it(self):
         self.assertIn("Jetzt ist nichts still.", german("status").stdout)
+        self.assertIn("Profil  ", german("profile", "list").stdout)  # The first, which the daemon makes.
         added = german("profile", "add", "Ruhe", "--ringtone", "5%")
         self.assertEqual(added.returncode, 0, added.stderr)
         self.assertIn("„Ruhe“ sorgt bis", german("quiet", "5m", "--profile", "Ruhe").stdout)

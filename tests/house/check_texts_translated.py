@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """The catalogues in po/ hold what the sources say: the template has every marked text and no other, each language has
-every text of the template, none of them doubtful, and the same values ({0}, {}) stand on both sides.
+every text of the template, none of them doubtful, and the same values ({0}, {}) stand on both sides. So too the tables of the library's own texts.
 
 usage: check_texts_translated.py SOURCE-FOLDER; exit 1 where that is not so, with what to do. It first proves on made-up
 catalogues that it can fail.
@@ -8,12 +8,15 @@ catalogues that it can fail.
 import collections
 import json
 import pathlib
+import plistlib
 import re
 import subprocess
 import sys
 import tempfile
 
 Entry = collections.namedtuple("Entry", "one many translations doubtful")
+LIBRARY = ("model", "store", "wifi", "calendar", "alarms", "effects", "scheduler", "util")
+TABLES = pathlib.Path("packaging/hushmode/HushmodePreferences.bundle")
 PLACE = re.compile(r"\{\d*(?::[^}]*)?\}")
 
 
@@ -64,7 +67,29 @@ def gaps(template, language):
     return found
 
 
+def library_texts(root):
+    """The texts that the library has translated by tables: literals in its calls, and the lists that it calls with."""
+    literal = re.compile(r'"((?:[^"\\]|\\.)*)"')
+    found = set()
+    for room in LIBRARY:
+        for path in (root / room).rglob("*.cpp"):
+            code = re.sub(r'"\s*\n\s*"', "", path.read_text())
+            for place in re.findall(r"\b(?:localized|hostText)\(\s*(\"[^;]*?\")\s*\)|\bErrorTexts \w+\s*\{([^}]*)\}|"
+                                    r"\beventStatusLabels = \{([^}]*)\}", code):
+                found.update(text for part in place for text in literal.findall(part))
+    return found
+
+
+def table_gaps(texts, table):
+    return ([f"not in the table: {text!r}" for text in sorted(texts - table.keys())] +
+            [f"no text of the library: {text!r}" for text in sorted(table.keys() - texts)] +
+            [f"other values than in {text!r}" for text in sorted(texts & table.keys())
+             if re.findall("%.", text) != re.findall("%.", table[text])])
+
+
 def prove_that_it_can_fail():
+    if len(table_gaps({"a %@", "b"}, {"a %@": "A", "c": "C"})) != 3:
+        sys.exit("the check itself is broken: it does not see a bad table")
     template = entries_of('msgid ""\nmsgstr "head"\n\nmsgid "on {0}"\nmsgstr ""\n\n'
                           'msgid "{} day"\nmsgid_plural "{} days"\nmsgstr[0] ""\nmsgstr[1] ""\n')
     whole = 'msgid "on {0}"\nmsgstr "an {0}"\n\nmsgid "{} day"\nmsgid_plural "{} days"\nmsgstr[0] "{} Tag"\nmsgstr[1] "{} Tage"\n'
@@ -91,6 +116,11 @@ def main():
         if checked.returncode != 0:
             found.append(checked.stderr.strip())
         found += [f"po/{language}.po: {each}" for each in gaps(template, entries_of(catalogue.read_text()))]
+        table = TABLES / f"{language}.lproj" / "Localizable.strings"
+        texts = library_texts(root)
+        if len(texts) < 15:
+            sys.exit("the check itself is broken: it does not find the library's texts")
+        found += [f"{table}: {each}" for each in table_gaps(texts, plistlib.loads((root / table).read_bytes()))]
     print("\n".join(found))
     if found:
         sys.exit("run po/update, and translate what is empty in po/*.po")
