@@ -77,6 +77,19 @@ std::string nameOf(std::string_view key) {
   return std::string(key);
 }
 
+/// The keys of what changes, in the order in which people see settings; behind them those that nobody knows.
+std::vector<std::string> keysOf(const Dictionary& changes) {
+  std::vector<std::string> keys;
+  const auto add = [&](std::string_view key) {
+    const bool isListed = std::find(keys.begin(), keys.end(), key) != keys.end();
+    if (!isListed && key != "title" && changes.find(key)) keys.emplace_back(key);
+  };
+  for (const char* key : {"allDay", "startTime", "endTime", "calendarIdentifiers", "wifiNetworks"}) add(key);
+  for (const Setting& each : profileSettings()) add(each.key);
+  for (const auto& entry : changes) add(entry.key);
+  return keys;
+}
+
 Dictionary with(Dictionary profile, const Dictionary& changes) {
   for (const auto& [key, value] : changes) profile.set(key, value);
   return profile;
@@ -124,8 +137,7 @@ std::vector<std::string> settingLines(const ProfileDifference& difference,
   // The times of a window that is and stays the whole day are told one by one.
   const std::string window = windowText(after), windowBefore = windowText(difference.before);
   bool isWindowTold = false;
-  for (const auto& [key, value] : difference.changes) {
-    if (key == "title") continue;
+  for (const std::string& key : keysOf(difference.changes)) {
     if (isOfWindow(key) && (isNew || window != windowBefore)) {
       if (!std::exchange(isWindowTold, true)) add("window", window, windowBefore);
       continue;
