@@ -21,6 +21,8 @@ namespace {
 
 constexpr std::size_t leastColumns = 40;
 constexpr std::size_t longestDay = 25;  // All days have the same scale.
+/// A switch comes moments after its event; less than this of a cell is nothing.
+constexpr double least = 1.0 / 16;
 
 /// The characters of the picture.
 struct Signs {
@@ -129,7 +131,7 @@ class BlockDrawing {
     };
     for (const Conflict& each : day.conflicts) {
       const double end = cellOf(day, each.span.end);
-      for (double cell = std::floor(cellOf(day, each.span.start)); cell < end; ++cell) {
+      for (double cell = std::floor(cellOf(day, each.span.start)); cell < end - least; ++cell) {
         set(cell, canvas_.terminal.styled(signs_.both, Style::Red));
       }
     }
@@ -190,8 +192,7 @@ class BlockDrawing {
 
   std::string cellText(const DayPlan& day, const Lane& lane, double cell) const {
     const Part on = partOf(day, cell, lane.on);
-    // A switch comes moments after its event; that is no eighth of a cell.
-    if (on.length() > 1.0 / 16) return canvas_.terminal.styled(canvas_.blocks ? blockOf(on) : signs_.on, Style::Green);
+    if (on.length() > least) return canvas_.terminal.styled(canvas_.blocks ? blockOf(on) : signs_.on, Style::Green);
     const auto isShown = [](const PlannedEvent& each) {
       // One that is cancelled does not take place; one that lasts all day would hide everything else.
       return each.standing != Standing::Cancelled && each.standing != Standing::AllDayIgnored;
