@@ -1,6 +1,8 @@
 #include "apps/cli/AppliedState.h"
 
 #include "apps/cli/MomentText.h"
+#include "apps/cli/ProfileStore.h"
+#include "apps/cli/ServiceRemedies.h"
 #include "apps/cli/Terminal.h"
 #include "apps/cli/Text.h"
 #include "apps/words/Words.h"
@@ -21,12 +23,14 @@ std::optional<Date> dateOf(const bus::Dictionary& each, const char* key) {
 
 }  // namespace
 
-AppliedState appliedState(const Daemon& daemon, std::int64_t profile) {
+AppliedState appliedState(const Daemon& daemon, const platform::Dictionary& profile) {
+  const std::int64_t identifier = identifierOf(profile);
+  const ServiceNeeds needs = needsOf({profile});
   using Names = std::vector<Glib::ustring>;
   AppliedState state;
   const auto properties = daemon.properties();
   for (const auto& each : valueOf<bus::Dictionaries>(properties, "Applied").value_or(bus::Dictionaries())) {
-    if (valueOf<gint64>(each, "identifier") == profile) {
+    if (valueOf<gint64>(each, "identifier") == identifier) {
       state.applied = true;
       state.reason = bus::reasonText(each);
       state.since = dateOf(each, "since");
@@ -35,11 +39,12 @@ AppliedState appliedState(const Daemon& daemon, std::int64_t profile) {
     }
   }
   for (const auto& each : valueOf<Names>(properties, "Degraded").value_or(Names())) {
-    state.resting.push_back(each.raw());
+    const bool isMissed = serviceFinding({each.raw(), false, {}}, needs).severity != Severity::Note;
+    if (isMissed) state.resting.push_back(each.raw());
   }
   for (const auto& each : daemon.ask<bus::Dictionaries>("RecentSwitches", devices::argumentsOf(guint32(0)))) {
     const auto at = dateOf(each, "date");
-    if (!at || valueOf<gint64>(each, "identifier") != profile) continue;
+    if (!at || valueOf<gint64>(each, "identifier") != identifier) continue;
     state.last = {*at, valueOf<bool>(each, "on").value_or(false), bus::reasonText(each)};
   }
   return state;

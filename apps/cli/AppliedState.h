@@ -3,8 +3,8 @@
 #include "apps/cli/Daemon.h"
 #include "apps/cli/Explanation.h"
 #include "platform/Date.h"
+#include "platform/PropertyList.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,7 +17,7 @@ struct AppliedState {
   std::string reason;                     ///< For what it is applied; empty when it is not.
   std::optional<platform::Date> since;    ///< When it is applied.
   std::vector<std::string> appliedLater;  ///< Titles of the profiles applied after it, whose volumes hold.
-  std::vector<std::string> resting;       ///< Names of the services that do not work.
+  std::vector<std::string> resting;       ///< Names of the services that it needs and that do not work.
 
   /// The last switch of the profile since the daemon started.
   struct LastSwitch {
@@ -28,7 +28,7 @@ struct AppliedState {
   std::optional<LastSwitch> last;
 };
 
-AppliedState appliedState(const Daemon& daemon, std::int64_t profile);
+AppliedState appliedState(const Daemon& daemon, const platform::Dictionary& profile);
 
 /// Sentences for people: what the daemon has done until this moment, and where that differs from the explanation, why
 /// it can. `explanation` is of now.

@@ -66,7 +66,7 @@ int explainProfile(const Options& options) {
   const Explanation explanation = explain(rulesOf(profile, known.calendars), moment, known.events, *zone);
   std::optional<AppliedState> state;
   const auto daemon = isNow ? Daemon::running() : std::nullopt;
-  if (daemon) state = appliedState(*daemon, explanation.rules.identifier);
+  if (daemon) state = appliedState(*daemon, profile);
 
   if (options.json) {
     std::cout << lineOf(jsonOf(explanation, state, *zone)) << '\n';

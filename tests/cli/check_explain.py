@@ -178,6 +178,8 @@ class BesideADaemon(unittest.TestCase):
         self.assertIn('The daemon has it on since', told.stdout)
         self.assertIn("What you have set by hand", told.stdout)
         self.assertNotIn("still has it on", told.stdout)
+        self.assertIn("screen", self.daemon.get("Degraded"))
+        self.assertNotIn("screen", told.stdout, "what the profile does not need is not missed")
 
     def test_a_profile_that_went_on_later_is_named(self):
         self.add("Work")
