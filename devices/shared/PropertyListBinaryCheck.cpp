@@ -1,6 +1,7 @@
 #include "devices/shared/PropertyListBinaryCheck.h"
 
 #include "devices/shared/PropertyListScalar.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <bit>
@@ -52,10 +53,6 @@ struct Extent {
   std::uint64_t bytes = 0;
 };
 
-std::string tooMany(std::size_t limit, std::string_view what) {
-  return "more than " + std::to_string(limit) + " " + std::string(what);
-}
-
 /// Goes once through each object that the top object leads to; throws the first fault.
 class BinaryCheck {
  public:
@@ -102,19 +99,20 @@ std::uint64_t BinaryCheck::bigEndian(std::size_t at, std::size_t size) const {
 }
 
 void BinaryCheck::trailer() {
-  if (bytes_.size() < kMagic.size() + kTrailerSize) fail(bytes_.size(), "expected 32 bytes of trailer, found the end");
-  if (!bytes_.starts_with(kMagic)) fail(6, "expected version 00");
+  if (bytes_.size() < kMagic.size() + kTrailerSize)
+    fail(bytes_.size(), tr("expected 32 bytes of trailer, found the end"));
+  if (!bytes_.starts_with(kMagic)) fail(6, tr("expected version 00"));
   const std::size_t at = bytes_.size() - kTrailerSize;
   offsetSize_ = bigEndian(at + 6, 1);
   referenceSize_ = bigEndian(at + 7, 1);
   const std::uint64_t objects = bigEndian(at + 8, 8), top = bigEndian(at + 16, 8), table = bigEndian(at + 24, 8);
-  if (offsetSize_ < 1 || offsetSize_ > 8) fail(at + 6, "expected offsets of 1 to 8 bytes");
-  if (referenceSize_ < 1 || referenceSize_ > 8) fail(at + 7, "expected references of 1 to 8 bytes");
-  if (objects == 0) fail(at + 8, "expected an object, found none");
-  if (objects > limits_.values) fail(at + 8, tooMany(limits_.values, "objects"));
-  if (top >= objects) fail(at + 16, "expected the top object in the table, found number " + std::to_string(top));
+  if (offsetSize_ < 1 || offsetSize_ > 8) fail(at + 6, tr("expected offsets of 1 to 8 bytes"));
+  if (referenceSize_ < 1 || referenceSize_ > 8) fail(at + 7, tr("expected references of 1 to 8 bytes"));
+  if (objects == 0) fail(at + 8, tr("expected an object, found none"));
+  if (objects > limits_.values) fail(at + 8, tr("more than {} objects", limits_.values));
+  if (top >= objects) fail(at + 16, tr("expected the top object in the table, found number {}", top));
   if (table < kMagic.size() || table > at || (at - table) / offsetSize_ < objects) {
-    fail(at + 24, "expected a table of offsets inside the file");
+    fail(at + 24, tr("expected a table of offsets inside the file"));
   }
   objects_ = static_cast<std::size_t>(objects);
   top_ = static_cast<std::size_t>(top);
@@ -124,7 +122,7 @@ void BinaryCheck::trailer() {
 Object BinaryCheck::objectAt(std::size_t number) const {
   const std::size_t entry = table_ + number * offsetSize_;
   const std::uint64_t offset = bigEndian(entry, offsetSize_);
-  if (offset < kMagic.size() || offset >= table_) fail(entry, "expected the offset of an object, before the table");
+  if (offset < kMagic.size() || offset >= table_) fail(entry, tr("expected the offset of an object, before the table"));
 
   const auto at = static_cast<std::size_t>(offset);
   const auto marker = static_cast<unsigned char>(bytes_[at]);
@@ -133,7 +131,7 @@ Object BinaryCheck::objectAt(std::size_t number) const {
   std::size_t unit = 1;
   switch (object.kind) {
     case kSingle:
-      if (object.count != 8 && object.count != 9) fail(at, "expected a value, found marker " + std::to_string(marker));
+      if (object.count != 8 && object.count != 9) fail(at, tr("expected a value, found marker {}", marker));
       return object;
     case kInteger:
     case kReal:
@@ -149,29 +147,29 @@ Object BinaryCheck::objectAt(std::size_t number) const {
         // The count itself follows, as an integer.
         const auto size = room == 0 ? 0 : static_cast<unsigned char>(bytes_[object.payload]);
         if ((size & 0xF0u) != 0x10 || (size & 0xFu) > 3 || room < 1 + (std::size_t{1} << (size & 0xFu))) {
-          fail(object.payload, "expected a count of 1 to 8 bytes");
+          fail(object.payload, tr("expected a count of 1 to 8 bytes"));
         }
         const std::size_t length = std::size_t{1} << (size & 0xFu);
         const std::uint64_t count = bigEndian(object.payload + 1, length);
         object.payload += 1 + length;
         room -= 1 + length;
-        if (count > room) fail(at, "expected the object to end before the table of offsets");
+        if (count > room) fail(at, tr("expected the object to end before the table of offsets"));
         object.count = static_cast<std::size_t>(count);
       }
       unit = object.kind == kUtf16 ? 2 : object.isContainer() ? referenceSize_ : 1;
       break;
     default:
-      fail(at, "expected a value, found marker " + std::to_string(marker));
+      fail(at, tr("expected a value, found marker {}", marker));
   }
   const std::size_t units = object.isContainer() ? object.references() : object.count;
-  if (units > room / unit) fail(at, "expected the object to end before the table of offsets");
+  if (units > room / unit) fail(at, tr("expected the object to end before the table of offsets"));
   return object;
 }
 
 std::size_t BinaryCheck::reference(const Object& object, std::size_t index) const {
   const std::size_t at = object.payload + index * referenceSize_;
   const std::uint64_t number = bigEndian(at, referenceSize_);
-  if (number >= objects_) fail(at, "expected an object of the table, found reference " + std::to_string(number));
+  if (number >= objects_) fail(at, tr("expected an object of the table, found reference {}", number));
   return static_cast<std::size_t>(number);
 }
 
@@ -180,15 +178,15 @@ void BinaryCheck::integer(const Object& object) const {
   // Of 16 bytes, those ahead of the last 8 must only carry the sign on.
   const bool fits =
       object.count == 16 && bigEndian(object.payload, 8) == (bytes_[object.payload + 8] & 0x80 ? ~std::uint64_t{0} : 0);
-  if (!fits) fail(object.at, "expected a whole number of 64 bits");
+  if (!fits) fail(object.at, tr("expected a whole number of 64 bits"));
 }
 
 void BinaryCheck::date(const Object& object) const {
-  if (object.count != 8) fail(object.at, "expected a date of 8 bytes");
+  if (object.count != 8) fail(object.at, tr("expected a date of 8 bytes"));
   const double seconds = std::bit_cast<double>(bigEndian(object.payload, 8)) + static_cast<double>(kPropertyListEpoch);
   if (!(seconds >= static_cast<double>(kFirstPropertyListSecond) &&
         seconds <= static_cast<double>(kLastPropertyListSecond))) {
-    fail(object.at, "expected a date from 1932-12-13 to 2069-01-19");
+    fail(object.at, tr("expected a date from 1932-12-13 to 2069-01-19"));
   }
 }
 
@@ -196,21 +194,22 @@ void BinaryCheck::date(const Object& object) const {
 void BinaryCheck::ascii(const Object& object) const {
   const std::string_view text = bytes_.substr(object.payload, object.count);
   const auto isUnfit = [](char c) { return c == 0 || (c & 0x80); };
-  if (std::any_of(text.begin(), text.end(), isUnfit)) fail(object.at, "expected ASCII text without null characters");
+  if (std::any_of(text.begin(), text.end(), isUnfit))
+    fail(object.at, tr("expected ASCII text without null characters"));
 }
 
 void BinaryCheck::utf16(const Object& object) const {
   // Writers make an empty text of ASCII; libplist reads no other.
-  if (object.count == 0) fail(object.at, "expected UTF-16 text, found none");
+  if (object.count == 0) fail(object.at, tr("expected UTF-16 text, found none"));
   for (std::size_t i = 0; i < object.count; ++i) {
     const std::size_t at = object.payload + 2 * i;
     const std::uint64_t unit = bigEndian(at, 2);
     const std::uint64_t half = unit & 0xFC00;
-    if (unit == 0) fail(at, "expected UTF-16 text without null characters");
+    if (unit == 0) fail(at, tr("expected UTF-16 text without null characters"));
     if (half == 0xD800 && i + 1 < object.count && (bigEndian(at + 2, 2) & 0xFC00) == 0xDC00) {
       ++i;
     } else if (half == 0xD800 || half == 0xDC00) {
-      fail(at, "expected UTF-16 text, found half a surrogate pair");
+      fail(at, tr("expected UTF-16 text, found half a surrogate pair"));
     }
   }
 }
@@ -218,7 +217,7 @@ void BinaryCheck::utf16(const Object& object) const {
 void BinaryCheck::scalar(const Object& object) const {
   if (object.kind == kInteger) integer(object);
   if (object.kind == kReal && object.count != 4 && object.count != 8)
-    fail(object.at, "expected a real of 4 or 8 bytes");
+    fail(object.at, tr("expected a real of 4 or 8 bytes"));
   if (object.kind == kDate) date(object);
   if (object.kind == kAscii) ascii(object);
   if (object.kind == kUtf16) utf16(object);
@@ -226,21 +225,21 @@ void BinaryCheck::scalar(const Object& object) const {
 
 void BinaryCheck::key(std::size_t number) const {
   const Object object = objectAt(number);
-  if (object.kind != kAscii && object.kind != kUtf16) fail(object.at, "expected a text for a key");
+  if (object.kind != kAscii && object.kind != kUtf16) fail(object.at, tr("expected a text for a key"));
 }
 
 void BinaryCheck::add(Step& step, const Extent& child) {
   Extent& sum = extents_[step.number];
   sum.depth = std::max(sum.depth, child.depth);
   if (path_.size() + child.depth > limits_.depth) {
-    fail(step.object.at, "nested deeper than " + std::to_string(limits_.depth));
+    fail(step.object.at, tr("nested deeper than {}", limits_.depth));
   }
   if (child.values > limits_.values - sum.values) {
-    fail(step.object.at, tooMany(limits_.values, "values"));
+    fail(step.object.at, tr("more than {} values", limits_.values));
   }
   sum.values += child.values;
   if (child.bytes > limits_.bytes - sum.bytes) {
-    fail(step.object.at, tooMany(limits_.bytes, "bytes of values"));
+    fail(step.object.at, tr("more than {} bytes of values", limits_.bytes));
   }
   sum.bytes += child.bytes;
 }
@@ -255,11 +254,11 @@ void BinaryCheck::enter(std::size_t number) {
   // Objects may overlap in the file, so the work is bounded here, ahead of the sums.
   references_ += object.references();
   payload_ += extent.bytes;
-  if (references_ > limits_.values) fail(object.at, tooMany(limits_.values, "values"));
-  if (payload_ > limits_.bytes) fail(object.at, tooMany(limits_.bytes, "bytes of values"));
+  if (references_ > limits_.values) fail(object.at, tr("more than {} values", limits_.values));
+  if (payload_ > limits_.bytes) fail(object.at, tr("more than {} bytes of values", limits_.bytes));
 
   if (object.isContainer()) {
-    if (path_.size() == limits_.depth) fail(object.at, "nested deeper than " + std::to_string(limits_.depth));
+    if (path_.size() == limits_.depth) fail(object.at, tr("nested deeper than {}", limits_.depth));
     extent.state = Extent::State::Open;
     path_.push_back({number, object, 0});
   } else {
@@ -283,7 +282,8 @@ void BinaryCheck::list() {
     }
     const std::size_t child = reference(step.object, step.next);
     const Extent& extent = extents_[child];
-    if (extent.state == Extent::State::Open) fail(step.object.at, "expected a tree, found a container inside itself");
+    if (extent.state == Extent::State::Open)
+      fail(step.object.at, tr("expected a tree, found a container inside itself"));
     if (extent.state == Extent::State::Unseen) {
       enter(child);  // May move the path; a container comes back to this reference when it is known.
       continue;
@@ -304,7 +304,7 @@ std::optional<std::string> binaryPropertyListFault(std::string_view bytes, const
     BinaryCheck(bytes, limits).list();
     return std::nullopt;
   } catch (const Fault& fault) {
-    return "byte " + std::to_string(fault.at) + ": " + fault.text;
+    return tr("byte {0}: {1}", fault.at, fault.text);
   }
 }
 

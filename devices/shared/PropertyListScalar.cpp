@@ -1,5 +1,7 @@
 #include "devices/shared/PropertyListScalar.h"
 
+#include "devices/words/Text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -105,9 +107,9 @@ bool isBase64(std::string_view text) {
 }
 
 constexpr PropertyListScalar kScalars[] = {
-    {"integer", "a whole number of 64 bits without leading zeros", isInteger},
-    {"real", "a decimal number", isReal},
-    {"date", "a date like 2024-05-14T09:00:00Z, from 1932-12-13 to 2069-01-19", isDate},
+    {"integer", HUSHMODE_MARKED("a whole number of 64 bits without leading zeros"), isInteger},
+    {"real", HUSHMODE_MARKED("a decimal number"), isReal},
+    {"date", HUSHMODE_MARKED("a date like 2024-05-14T09:00:00Z, from 1932-12-13 to 2069-01-19"), isDate},
     {"data", "base64", isBase64},
 };
 

@@ -10,7 +10,7 @@ namespace hushmode::devices {
 /// An XML element whose text has a form of its own.
 struct PropertyListScalar {
   std::string_view element;
-  std::string_view expectation;  ///< For messages: "a whole number of 64 bits".
+  const char* expectation;  ///< For messages, to be translated: "a whole number of 64 bits".
   bool (*accepts)(std::string_view text);
 };
 

@@ -2,6 +2,7 @@
 
 #include "devices/shared/PropertyListScalar.h"
 #include "devices/shared/PropertyListText.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -66,7 +67,7 @@ class XmlCheck {
 
   [[noreturn]] void fail(std::size_t at, std::string text) const { throw Fault{at, std::move(text)}; }
   [[noreturn]] void failEnding(std::string_view name) const {
-    fail(text_.size(), "expected </" + std::string(name) + ">, found the end of the file");
+    fail(text_.size(), tr("expected </{}>, found the end of the file", name));
   }
 
   std::string_view rest() const { return text_.substr(at_); }
@@ -100,7 +101,7 @@ class XmlCheck {
 
 void XmlCheck::skipPast(std::string_view end, std::size_t from) {
   const std::size_t found = text_.find(end, from);
-  if (found == std::string_view::npos) fail(at_, "expected " + std::string(end) + ", found the end of the file");
+  if (found == std::string_view::npos) fail(at_, tr("expected {}, found the end of the file", end));
   at_ = found + end.size();
 }
 
@@ -111,7 +112,7 @@ void XmlCheck::skipSpacesAndComments() {
 /// libplist does not see the end of a tag inside double quotes; here tags end at their first ">". The two must agree.
 void XmlCheck::requireClosedQuotes(std::size_t from, std::size_t end) const {
   const std::string_view inside = text_.substr(from, end - from);
-  if (std::count(inside.begin(), inside.end(), '"') % 2 != 0) fail(from, "expected attributes in closed quotes");
+  if (std::count(inside.begin(), inside.end(), '"') % 2 != 0) fail(from, tr("expected attributes in closed quotes"));
 }
 
 void XmlCheck::skipProlog() {
@@ -122,7 +123,8 @@ void XmlCheck::skipProlog() {
     } else if (rest().starts_with("<!DOCTYPE")) {
       // Declarations inside the document type could define entities that grow without bound.
       const std::size_t end = text_.find_first_of("[>", at_);
-      if (end != std::string_view::npos && text_[end] == '[') fail(end, "expected > at the end of <!DOCTYPE, found [");
+      if (end != std::string_view::npos && text_[end] == '[')
+        fail(end, tr("expected > at the end of <!DOCTYPE, found ["));
       skipPast(">", at_);
     } else {
       return;
@@ -136,7 +138,7 @@ Tag XmlCheck::nextTag() {
   if (start == text_.size()) failEnding(open_.empty() ? "plist" : open_.back().name);
   if (text_[start] != '<') {
     const std::size_t end = next(start, [](char c) { return c == '<' || isSpace(c); });
-    fail(start, "expected a tag, found " + quoted(text_.substr(start, end - start)));
+    fail(start, tr("expected a tag, found {}", quoted(text_.substr(start, end - start))));
   }
   const bool closes = rest().starts_with("</");
   const std::size_t nameBegin = start + (closes ? 2 : 1);
@@ -148,7 +150,7 @@ Tag XmlCheck::nextTag() {
   const bool empties = !closes && end < text_.size() && text_[end] == '/';
   if (empties) ++end;
   if (end == text_.size() || text_[end] != '>') {
-    fail(start, "expected > after <" + std::string(closes ? "/" : "") + asXmlText(name));
+    fail(start, tr("expected > after {}", "<" + std::string(closes ? "/" : "") + asXmlText(name)));
   }
   requireClosedQuotes(nameEnd, end);
   at_ = end + 1;
@@ -160,7 +162,7 @@ void XmlCheck::closing(const Tag& tag) {
   if (at_ == text_.size()) failEnding(tag.name);
   const Tag end = nextTag();
   if (end.kind != Tag::Kind::Closing || end.name != tag.name) {
-    fail(end.at, "expected </" + std::string(tag.name) + ">, found " + written(end));
+    fail(end.at, tr("expected </{0}>, found {1}", tag.name, written(end)));
   }
 }
 
@@ -173,7 +175,7 @@ void XmlCheck::characters(const Tag& tag) {
       const std::size_t end = std::min(text_.find(';', at_), text_.size());
       const std::string_view name = text_.substr(at_ + 1, end - at_ - 1);
       if (end == text_.size() || !isEntity(name)) {
-        fail(at_, "expected an entity like &amp;, found " + quoted(rest().substr(0, 10)));
+        fail(at_, tr("expected an entity like &amp;, found {}", quoted(rest().substr(0, 10))));
       }
       at_ = end + 1;
     } else if (rest().starts_with("<!--")) {
@@ -197,11 +199,11 @@ std::string_view XmlCheck::plainText(const Tag& tag) {
 }
 
 void XmlCheck::value(const Tag& tag) {
-  if (++values_ > limits_.values) fail(tag.at, "more than " + std::to_string(limits_.values) + " values");
+  if (++values_ > limits_.values) fail(tag.at, tr("more than {} values", limits_.values));
 
   if (tag.name == "dict" || tag.name == "array") {
     if (tag.kind == Tag::Kind::Empty) return;
-    if (open_.size() == limits_.depth) fail(tag.at, "nested deeper than " + std::to_string(limits_.depth));
+    if (open_.size() == limits_.depth) fail(tag.at, tr("nested deeper than {}", limits_.depth));
     open_.push_back({tag.name, false});
   } else if (tag.name == "string") {
     characters(tag);
@@ -210,22 +212,21 @@ void XmlCheck::value(const Tag& tag) {
     closing(tag);
   } else {
     const PropertyListScalar* scalar = propertyListScalarNamed(tag.name);
-    if (!scalar) fail(tag.at, "expected a value, found " + asXmlText(written(tag)));
+    if (!scalar) fail(tag.at, tr("expected a value, found {}", asXmlText(written(tag))));
     const std::string_view text = plainText(tag);
     if (!scalar->accepts(text)) {
-      fail(tag.at,
-           "expected " + std::string(scalar->expectation) + ", found \"" + asXmlText(text.substr(0, 40)) + "\"");
+      fail(tag.at, tr("expected {0}, found \"{1}\"", tr(scalar->expectation), asXmlText(text.substr(0, 40))));
     }
   }
 }
 
 void XmlCheck::document() {
   if (const std::size_t good = xmlTextLength(text_); good < text_.size())
-    fail(good, "expected UTF-8 text without control characters");
+    fail(good, tr("expected UTF-8 text without control characters"));
   skipProlog();
-  if (at_ == text_.size()) fail(at_, "expected <plist>, found the end of the file");
+  if (at_ == text_.size()) fail(at_, tr("expected <plist>, found the end of the file"));
   if (const Tag root = nextTag(); root.name != "plist" || root.kind != Tag::Kind::Opening) {
-    fail(root.at, "expected <plist>, found " + asXmlText(written(root)));
+    fail(root.at, tr("expected <plist>, found {}", asXmlText(written(root))));
   }
 
   bool isComplete = false;
@@ -235,24 +236,24 @@ void XmlCheck::document() {
     Container* const in = open_.empty() ? nullptr : &open_.back();
     if (tag.kind == Tag::Kind::Closing) {
       const std::string_view name = in ? in->name : "plist";
-      if (tag.name != name) fail(tag.at, "expected </" + std::string(name) + ">, found " + asXmlText(written(tag)));
-      if (in ? in->hasPendingKey : !isComplete) fail(tag.at, "expected a value, found " + written(tag));
+      if (tag.name != name) fail(tag.at, tr("expected </{0}>, found {1}", name, asXmlText(written(tag))));
+      if (in ? in->hasPendingKey : !isComplete) fail(tag.at, tr("expected a value, found {}", written(tag)));
       if (!in) break;
       open_.pop_back();
     } else if (in && in->isDictionary() && !in->hasPendingKey) {
-      if (tag.name != "key") fail(tag.at, "expected <key> or </dict>, found " + asXmlText(written(tag)));
-      if (tag.kind == Tag::Kind::Empty) fail(tag.at, "expected <key> and </key>, found <key/>");
+      if (tag.name != "key") fail(tag.at, tr("expected <key> or </dict>, found {}", asXmlText(written(tag))));
+      if (tag.kind == Tag::Kind::Empty) fail(tag.at, tr("expected <key> and </key>, found <key/>"));
       characters(tag);
       in->hasPendingKey = true;
     } else {
-      if (!in && isComplete) fail(tag.at, "expected </plist>, found " + asXmlText(written(tag)));
+      if (!in && isComplete) fail(tag.at, tr("expected </plist>, found {}", asXmlText(written(tag))));
       if (in) in->hasPendingKey = false;
       isComplete = true;
       value(tag);
     }
   }
   skipSpacesAndComments();
-  if (at_ < text_.size()) fail(at_, "expected the end of the file after </plist>");
+  if (at_ < text_.size()) fail(at_, tr("expected the end of the file after </plist>"));
 }
 
 }  // namespace
@@ -263,7 +264,7 @@ std::optional<std::string> xmlPropertyListFault(std::string_view text, const Pro
     return std::nullopt;
   } catch (const Fault& fault) {
     const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(fault.at), '\n');
-    return "line " + std::to_string(line) + ": " + fault.text;
+    return tr("line {0}: {1}", line, fault.text);
   }
 }
 
