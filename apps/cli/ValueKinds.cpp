@@ -103,7 +103,8 @@ std::vector<std::string> optionNames(const CLI::Option& option) {
 
 std::optional<std::string> defaultOf(const CLI::Option& argument) {
   const std::string value = argument.get_default_str();
-  if (valueKindOf(argument).word.empty() || value.empty() || value == "{}" || value == "\"\"") return std::nullopt;
+  if (valueKindOf(argument).word.empty() || value.empty() || value == "{}" || value == "[]" || value == "\"\"")
+    return std::nullopt;
   return value;
 }
 
