@@ -5,7 +5,7 @@
 _hushmode_offers() { # COMMAND
   commands='' options=''
   case $1 in
-    hushmode) commands='profile on off status log calendars networks quiet schedule rescue agenda explain doctor simulate events help' options='--version -h --help' ;;
+    hushmode) commands='profile export import on off status log calendars networks quiet schedule rescue agenda explain doctor simulate events help' options='--version -h --help' ;;
     'hushmode profile') commands='list show add edit remove enable disable copy' options='-h --help' ;;
     'hushmode profile list') commands='' options='--json -h --help' ;;
     'hushmode profile show') commands='' options='--json -h --help' ;;
@@ -15,6 +15,8 @@ _hushmode_offers() { # COMMAND
     'hushmode profile enable') commands='' options='-h --help' ;;
     'hushmode profile disable') commands='' options='-h --help' ;;
     'hushmode profile copy') commands='' options='-h --help' ;;
+    'hushmode export') commands='' options='--format -h --help' ;;
+    'hushmode import') commands='' options='--dry-run --replace --json -h --help' ;;
     'hushmode on') commands='' options='-h --help' ;;
     'hushmode off') commands='' options='-h --help' ;;
     'hushmode status') commands='' options='--json -h --help' ;;
@@ -24,7 +26,7 @@ _hushmode_offers() { # COMMAND
     'hushmode quiet') commands='' options='--profile -h --help' ;;
     'hushmode schedule') commands='' options='--days --list --remove --json -h --help' ;;
     'hushmode rescue') commands='' options='--dry-run --json -h --help' ;;
-    'hushmode agenda') commands='' options='--days --json -h --help' ;;
+    'hushmode agenda') commands='' options='--days --from --json --picture --svg -h --help' ;;
     'hushmode explain') commands='' options='--at --verbose --json -h --help' ;;
     'hushmode doctor') commands='' options='--json -h --help' ;;
     'hushmode simulate') commands='' options='--profiles --calendars --from --to --zone -v --verbose --host --no-host --json -h --help' ;;
@@ -74,6 +76,10 @@ _hushmode_value() { # COMMAND OPTION-OR-PLACE
     'hushmode profile disable 1') action='names profiles' ;;
     'hushmode profile copy 1') action='names profiles' ;;
     'hushmode profile copy 2') action=any ;;
+    'hushmode export --format') action='words xml binary' ;;
+    'hushmode export 1') action=files ;;
+    'hushmode export +') action='names profiles' ;;
+    'hushmode import 1') action=files ;;
     'hushmode log --limit') action=any ;;
     'hushmode quiet --profile') action='names profiles' ;;
     'hushmode quiet 1') action=any ;;
@@ -81,8 +87,10 @@ _hushmode_value() { # COMMAND OPTION-OR-PLACE
     'hushmode schedule 1') action='names profiles' ;;
     'hushmode schedule 2') action=any ;;
     'hushmode agenda --days') action=any ;;
+    'hushmode agenda --from') action=any ;;
+    'hushmode agenda --svg') action=files ;;
     'hushmode explain --at') action=any ;;
-    'hushmode explain 1') action=any ;;
+    'hushmode explain 1') action='names profiles' ;;
     'hushmode simulate --profiles') action=files ;;
     'hushmode simulate --calendars') action=folders ;;
     'hushmode simulate --from') action=any ;;

@@ -50,10 +50,12 @@ function __hushmode_list
 end
 
 complete -c hushmode -f
-set -g __hushmode_commands 'hushmode profile' 'hushmode profile list' 'hushmode profile show' 'hushmode profile add' 'hushmode profile edit' 'hushmode profile remove' 'hushmode profile enable' 'hushmode profile disable' 'hushmode profile copy' 'hushmode on' 'hushmode off' 'hushmode status' 'hushmode log' 'hushmode calendars' 'hushmode networks' 'hushmode quiet' 'hushmode schedule' 'hushmode rescue' 'hushmode agenda' 'hushmode explain' 'hushmode doctor' 'hushmode simulate' 'hushmode events' 'hushmode help'
-set -g __hushmode_with_value 'hushmode profile add --window' 'hushmode profile add --calendars' 'hushmode profile add --networks' 'hushmode profile add --enabled' 'hushmode profile add --ringtone' 'hushmode profile add --media' 'hushmode profile add --vibrate' 'hushmode profile add --do-not-disturb' 'hushmode profile add --icon' 'hushmode profile add --play-tone' 'hushmode profile add --tone' 'hushmode profile add --light' 'hushmode profile add --events' 'hushmode profile add --all-day-events' 'hushmode profile edit --window' 'hushmode profile edit --calendars' 'hushmode profile edit --networks' 'hushmode profile edit --enabled' 'hushmode profile edit --ringtone' 'hushmode profile edit --media' 'hushmode profile edit --vibrate' 'hushmode profile edit --do-not-disturb' 'hushmode profile edit --icon' 'hushmode profile edit --play-tone' 'hushmode profile edit --tone' 'hushmode profile edit --light' 'hushmode profile edit --events' 'hushmode profile edit --all-day-events' 'hushmode profile edit --title' 'hushmode log --limit' 'hushmode quiet --profile' 'hushmode schedule --days' 'hushmode agenda --days' 'hushmode explain --at' 'hushmode simulate --profiles' 'hushmode simulate --calendars' 'hushmode simulate --from' 'hushmode simulate --to' 'hushmode simulate --zone' 'hushmode events --calendars' 'hushmode events --from' 'hushmode events --to' 'hushmode events --zone'
+set -g __hushmode_commands 'hushmode profile' 'hushmode profile list' 'hushmode profile show' 'hushmode profile add' 'hushmode profile edit' 'hushmode profile remove' 'hushmode profile enable' 'hushmode profile disable' 'hushmode profile copy' 'hushmode export' 'hushmode import' 'hushmode on' 'hushmode off' 'hushmode status' 'hushmode log' 'hushmode calendars' 'hushmode networks' 'hushmode quiet' 'hushmode schedule' 'hushmode rescue' 'hushmode agenda' 'hushmode explain' 'hushmode doctor' 'hushmode simulate' 'hushmode events' 'hushmode help'
+set -g __hushmode_with_value 'hushmode profile add --window' 'hushmode profile add --calendars' 'hushmode profile add --networks' 'hushmode profile add --enabled' 'hushmode profile add --ringtone' 'hushmode profile add --media' 'hushmode profile add --vibrate' 'hushmode profile add --do-not-disturb' 'hushmode profile add --icon' 'hushmode profile add --play-tone' 'hushmode profile add --tone' 'hushmode profile add --light' 'hushmode profile add --events' 'hushmode profile add --all-day-events' 'hushmode profile edit --window' 'hushmode profile edit --calendars' 'hushmode profile edit --networks' 'hushmode profile edit --enabled' 'hushmode profile edit --ringtone' 'hushmode profile edit --media' 'hushmode profile edit --vibrate' 'hushmode profile edit --do-not-disturb' 'hushmode profile edit --icon' 'hushmode profile edit --play-tone' 'hushmode profile edit --tone' 'hushmode profile edit --light' 'hushmode profile edit --events' 'hushmode profile edit --all-day-events' 'hushmode profile edit --title' 'hushmode export --format' 'hushmode log --limit' 'hushmode quiet --profile' 'hushmode schedule --days' 'hushmode agenda --days' 'hushmode agenda --from' 'hushmode agenda --svg' 'hushmode explain --at' 'hushmode simulate --profiles' 'hushmode simulate --calendars' 'hushmode simulate --from' 'hushmode simulate --to' 'hushmode simulate --zone' 'hushmode events --calendars' 'hushmode events --from' 'hushmode events --to' 'hushmode events --zone'
 
 complete -c hushmode -n '__hushmode_at "hushmode"' -a profile -d 'List, show, add, change and remove profiles'
+complete -c hushmode -n '__hushmode_at "hushmode"' -a export -d 'Write profiles to a file'
+complete -c hushmode -n '__hushmode_at "hushmode"' -a import -d 'Take over profiles from a file'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a on -d 'Switch Hush Mode on'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a off -d 'Switch Hush Mode off; what is quiet comes back at once'
 complete -c hushmode -n '__hushmode_at "hushmode"' -a status -d 'What is quiet now, for what, until when; what comes next; what does not work'
@@ -138,6 +140,17 @@ complete -c hushmode -n '__hushmode_at "hushmode profile disable" 1' -a '(__hush
 complete -c hushmode -n '__hushmode_at "hushmode profile copy"' -s h -l help -d 'Print this help'
 complete -c hushmode -n '__hushmode_at "hushmode profile copy" 1' -a '(__hushmode_names profiles)' -d 'NAME'
 
+complete -c hushmode -n '__hushmode_at "hushmode export"' -l format -x -a 'xml binary' -d 'xml, or the shorter binary'
+complete -c hushmode -n '__hushmode_at "hushmode export"' -s h -l help -d 'Print this help'
+complete -c hushmode -n '__hushmode_at "hushmode export" 1' -F -d 'FILE'
+complete -c hushmode -n '__hushmode_at "hushmode export" +' -a '(__hushmode_names profiles)' -d 'NAME'
+
+complete -c hushmode -n '__hushmode_at "hushmode import"' -l dry-run -d 'Only show what would change'
+complete -c hushmode -n '__hushmode_at "hushmode import"' -l replace -d 'Remove the profiles that the file does not have'
+complete -c hushmode -n '__hushmode_at "hushmode import"' -l json -d 'Print one JSON object a line'
+complete -c hushmode -n '__hushmode_at "hushmode import"' -s h -l help -d 'Print this help'
+complete -c hushmode -n '__hushmode_at "hushmode import" 1' -F -d 'FILE'
+
 complete -c hushmode -n '__hushmode_at "hushmode on"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode off"' -s h -l help -d 'Print this help'
@@ -170,13 +183,17 @@ complete -c hushmode -n '__hushmode_at "hushmode rescue"' -l json -d 'Print one 
 complete -c hushmode -n '__hushmode_at "hushmode rescue"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l days -x  -d 'How many days, today included'
+complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l from -x  -d 'The first day, such as 2026-11-24, instead of today from now on'
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l json -d 'Print one JSON object a line'
+complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l picture -d 'Draw the days in the terminal'
+complete -c hushmode -n '__hushmode_at "hushmode agenda"' -l svg -rF -d 'Draw the days into this SVG file; - for standard output'
 complete -c hushmode -n '__hushmode_at "hushmode agenda"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode explain"' -l at -x  -d 'When, such as 14:20, 2:20pm or "2026-11-24 14:20"; without: now'
 complete -c hushmode -n '__hushmode_at "hushmode explain"' -l verbose -d 'Also what was decided on that day until then, line by line'
 complete -c hushmode -n '__hushmode_at "hushmode explain"' -l json -d 'Print a JSON object'
 complete -c hushmode -n '__hushmode_at "hushmode explain"' -s h -l help -d 'Print this help'
+complete -c hushmode -n '__hushmode_at "hushmode explain" 1' -a '(__hushmode_names profiles)' -d 'NAME'
 
 complete -c hushmode -n '__hushmode_at "hushmode doctor"' -l json -d 'Print one JSON object a line'
 complete -c hushmode -n '__hushmode_at "hushmode doctor"' -s h -l help -d 'Print this help'
