@@ -111,7 +111,7 @@ class DayDrawing {
       canvas_.vertical(x(at), y_, ground.bottom(), hour % labelledHours == 0 ? "hours4" : "hour");
     });
     if (day_.jump) drawJump(canvas_, x(day_.jump->at), y_, ground.bottom(), "jump behind");
-    if (now_) canvas_.vertical(x(*now_), y_, ground.bottom(), "now");
+    if (now_) canvas_.vertical(x(*now_), y_, ground.bottom(), "now behind");
   }
 
   void drawLane(const Lane& lane) {
