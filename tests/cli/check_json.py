@@ -16,6 +16,9 @@ import unittest
 
 import jsonschema
 
+if len(sys.argv) > 3 and not sys.argv[3].startswith("-"):
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "daemon"))
+    from phone_services import WiFi
 PROGRAM, SOURCE = pathlib.Path(sys.argv.pop(1)).resolve(), pathlib.Path(sys.argv.pop(1)).resolve()
 DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
 SCHEMAS = SOURCE / "docs/json"
@@ -53,6 +56,8 @@ class Json(unittest.TestCase):
         (config / "com.quorvel.hushmode.profiles.plist").write_bytes(plistlib.dumps([]))
         cls.daemon = None
         if DAEMON:
+            wifi = WiFi()
+            wifi.join(wifi.add("Home"))
             cls.start_daemon()
         else:
             cls.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
