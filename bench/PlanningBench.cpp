@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What planning costs, nobody listening to the log: choosing an event, planning all profiles, switching one, loading
 // and saving them.
 

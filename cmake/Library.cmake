@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 # libhushmode.so.0 for programs, and the same objects as a static library for tests that reach what is not exported.
 set(objects)
 foreach(room ${HUSHMODE_CORE_ROOMS})

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 # A room: one folder, one object library, one view of the headers that it may include.
 
 # hushmode_room_view(<folder> <variable>): a folder of the build tree through which exactly the headers of <folder> can

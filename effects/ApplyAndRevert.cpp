@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The order in which a profile's effects are done and undone.
 
 #include "effects/SavedState.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Do Not Disturb: the system's own switch is found in the Control Center of the running home-screen process and
 // operated, in the way of each system version. Whatever is missing on the way ends the attempt silently, but for
 // the module manager, whose absence is told.

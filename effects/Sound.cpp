@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The one place that changes the phone's volumes.
 
 #include "effects/SavedState.h"

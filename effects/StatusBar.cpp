@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The icon in the status bar, through a library that is loaded on demand. A library that cannot be loaded is told,
 // and there is no icon then.
 

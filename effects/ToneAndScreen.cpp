@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The alert tone at a switch, and the light of the screen. What a missing class should do is simply not done; the
 // tone's completion runs all the same, so that the sound sequence always ends.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The phone's two vibrate switches, and the short vibration as feedback.
 
 #include "effects/SavedState.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A ringtone volume that the user changes while a profile is applied can be kept: once per application the user is
 // asked.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as a property list: reading them must not crash, and what was read must survive being written and read
 // again.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The host's life: starting and stopping, pieces of work and what is held against them, triggers.
 
 #include "host/Host.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Changes to the profiles while the host runs: what is applied is brought in line at once.
 
 #include "host/Host.h"

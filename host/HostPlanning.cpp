@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // When the host plans, and what it does where the library's own wake-ups and marks would leave a profile in the wrong
 // state.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // For a phone that stayed as a profile had set it, since the process that was to put it back died and no other
 // followed.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "host/PhoneState.h"
 
 #include "effects/DoNotDisturb.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The profile's persisted form: the dictionary that the profiles file holds. Reading and writing are not mirror images,
 // and that is meant: `updatedDate` is written and never read; volumes are written in double precision and read through
 // single; the event filter is written clamped and read as it stands; `applied` is read without its setter's effects;

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Turning a profile on or off when its moment has come, and planning all of them anew.
 
 #include "calendar/EventBinding.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Which calendar event each profile follows next, and whether it is applied now or a wake-up is armed for its start.
 // Every trigger ends here.
 

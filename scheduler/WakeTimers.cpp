@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The profile's power-aware timers. Each calls the scheduler with itself when it fires; the user info names the profile
 // by identifier and not by object, so that a timer can outlive the object that armed it.
 

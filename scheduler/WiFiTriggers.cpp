@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Profiles tied to networks: applied and reverted by presence and window, before any calendar is asked.
 
 #include "model/DayHelpers.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Changes to the list of profiles: near-duplicates that differ in how they find the profile, what they do to the list,
 // which notification they post, and the words of their errors.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Questions about the list of profiles, and the default profile.
 
 #include "model/DayHelpers.h"

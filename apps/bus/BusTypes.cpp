@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "apps/bus/BusTypes.h"
 
 #include "apps/words/Words.h"

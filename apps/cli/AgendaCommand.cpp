@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode agenda: every switch to come, from the real profiles and calendars, computed by the library and the host on
 // the phone in memory.
 

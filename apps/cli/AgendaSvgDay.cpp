@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "apps/cli/AgendaSvgDay.h"
 
 #include "apps/cli/ClockText.h"

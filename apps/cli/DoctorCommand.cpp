@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode doctor: what does not work on this phone, and what is wrong with the profiles, each with a remedy.
 
 #include "apps/cli/Commands.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode events: the occurrences in a folder of calendars, as planning sees them.
 
 #include "apps/cli/Commands.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode explain: why a profile is on or off at a moment.
 
 #include "apps/cli/AppliedState.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode export: profiles as a property list, to keep or to take to another phone.
 
 #include "apps/cli/Commands.h"

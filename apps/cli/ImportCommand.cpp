@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode import: profiles from a file of hushmode export, or from another phone's profiles file.
 
 #include "apps/cli/Commands.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "apps/cli/OwnCalendar.h"
 
 #include "apps/cli/Daemon.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode profile: the profiles, in people's words.
 
 #include "apps/cli/Commands.h"

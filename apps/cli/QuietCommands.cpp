@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode quiet and schedule: quiet from now on for a while, and quiet hours without a calendar account. Both are
 // events of Hush Mode's own calendar, so that they begin and end as all others do.
 

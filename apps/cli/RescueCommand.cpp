@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode rescue: makes the phone as it was when no daemon runs that would.
 
 #include "apps/cli/Commands.h"

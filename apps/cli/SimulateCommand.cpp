@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode simulate: plays profiles and calendars, or a whole scenario, on the phone in memory.
 
 #include "apps/cli/Commands.h"

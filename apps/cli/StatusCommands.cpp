@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmode on, off, status, log, calendars, networks: what Hush Mode does now, and has done.
 
 #include "apps/cli/Commands.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // hushmoded: Hush Mode at work on this phone.
 
 #include "apps/daemon/Daemon.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What can happen to the phone in a scenario, by the word under "do".
 
 #include "apps/simulation/ScenarioParts.h"

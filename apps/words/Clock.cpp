@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "apps/words/Clock.h"
 
 #include "devices/words/Text.h"

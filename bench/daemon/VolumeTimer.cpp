@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The least that can set a volume at a second: one timer, one call. What the daemon is compared with.
 //
 // usage: bench_volume_timer SINK FIRST COUNT PERIOD: silent at the second FIRST (since 1970) and every PERIOD seconds

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Prints a line for each change of a sink's volume: the wall clock's seconds when the sound server told it, the sink's
 // name, and the volume from 0 to 1.
 

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Measures a running hushmoded among real services of its own.
 
 usage: measure.py HUSHMODED [--seconds-idle N] [--switches N] [--only NAME...]

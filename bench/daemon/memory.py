@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What the daemon keeps in memory, by how much there is in the calendars."""
 import pathlib
 

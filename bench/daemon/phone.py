@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The phone that a measurement looks at: private folders and buses with every service, and a running hushmoded."""
 import datetime
 import os

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """From a calendar file saved to the new plan, as the daemon tells it on the bus."""
 import time
 

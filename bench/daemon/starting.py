@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """From the start of the process to the name on the bus, which comes after the first plan."""
 import pathlib
 import statistics

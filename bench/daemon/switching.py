@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """From an event's second to the volume: the daemon's sink, and beside it one that a bare timer sets."""
 import os
 import pathlib

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """How often an idle daemon wakes up: every system call of every thread, seen by strace."""
 import re
 import subprocess

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/shared/CalendarFiles.h"
 
 #include "devices/shared/ICalReader.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/shared/ICalZone.h"
 
 #include "devices/shared/ICalProperty.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/simulated/PagedControls.h"
 
 #include "devices/simulated/SimulatedControlCenter.h"

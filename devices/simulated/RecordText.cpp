@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The record's entries as lines for people. Effects and steps are spelled by patterns, in which {key} stands for the
 // field of that name; one without a pattern is spelled as its name followed by its arguments.
 

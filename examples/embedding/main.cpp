@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A day on a phone of one's own: the library falls silent for a meeting and comes back when it ends.
 
 #include "TinyPhone.h"

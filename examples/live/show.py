@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Shows the daemon at work on real services: a meeting that begins in a few seconds and lasts ten.
 
 usage: show.py DAEMON

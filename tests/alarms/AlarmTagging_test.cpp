@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Alarms that stand for profiles: what their titles say, and what is kept beside them.
 
 #include "alarms/AlarmTagging.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The removal of all alarms of the system's own.
 
 #include "store/HMProfilesManager.h"

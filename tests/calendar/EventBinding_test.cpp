@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What an event object carries, and switching its profile through it.
 
 #include "calendar/EventBinding.h"

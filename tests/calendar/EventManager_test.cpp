@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The calendars and events of the phone, and who hears of their changes.
 
 #include "calendar/HMEventManager.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "calendar/EventMatch.h"
 
 #include <gtest/gtest.h>

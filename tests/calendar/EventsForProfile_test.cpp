@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Today's events as one profile is given them.
 
 #include "calendar/HMEventManager.h"

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Runs the program as people do, and looks at what it prints and how it exits.
 
 usage: check_commands.py PROGRAM SOURCE-FOLDER

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmode doctor: on files alone, and beside a daemon whose services come and go.
 
 usage: check_doctor.py PROGRAM            without a daemon

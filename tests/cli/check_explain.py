@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmode explain: on files alone, and beside a daemon that does the same.
 
 usage: check_explain.py PROGRAM [--update]   without a daemon; --update writes the texts for people anew

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Runs the program in German, and looks whether German comes out: no sentence of its English self, the clock and the
 calendar of the language, and whole numbers and plurals as they are spoken. JSON is the same in all languages.
 

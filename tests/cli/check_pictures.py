@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The pictures of `hushmode agenda`: drawn by the program, measured and rendered by what people look at them with.
 
 usage: check_pictures.py PROGRAM SOURCE-FOLDER [--update]   (--update: writes the expected pictures of the terminal anew)

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The commands that change and show profiles, as people run them: on the files alone, and through a daemon.
 
 usage: check_profiles.py PROGRAM [DAEMON]   (with a daemon: in a session of run_with.py)

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmode rescue on real services: a daemon dies in a meeting, and the phone comes back without one.
 
 usage: check_rescue.py HUSHMODE HUSHMODED [unittest argument...], under tests/services/run_with.py.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """A phone's user as the command line meets them, without a daemon: private folders, profiles, and calendars in files."""
 import os
 import pathlib

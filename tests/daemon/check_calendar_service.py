@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmoded with the events of Evolution Data Server, which a session starts once.
 
 usage: check_calendar_service.py HUSHMODED [unittest argument...], under tests/services/run_with.py.

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmoded as the phone's user and other programs meet it: real services on private buses, real time.
 
 usage: check_daemon.py HUSHMODED [unittest argument...], under tests/services/run_with.py.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """A running hushmoded, as a test sees it: its process, its log, its bus interface and its files."""
 import calendar
 import os

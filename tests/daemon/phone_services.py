@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What a test does to the services of the phone: the WiFi of the NetworkManager stand-in, and the sound server."""
 import itertools
 import os

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What hushmoded must not come to cost, however fast the machine is: bench/daemon/measure.py has the numbers themselves.
 
 usage: test_numbers.py HUSHMODED [unittest argument...]

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The profile's tone: how it is played on each system, and when its completion runs.
 
 #include "platform/ToneLibrary.h"

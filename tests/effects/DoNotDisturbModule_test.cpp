@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Do Not Disturb from system 11 on: a module of the Control Center, set on 11 and tapped from 12 on.
 
 #include "platform/ControlCenter.h"

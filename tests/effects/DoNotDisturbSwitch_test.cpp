@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Do Not Disturb below system 11: a button of the Control Center, and what is remembered of it.
 
 #include "tests/effects/EffectsFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The quiet re-assertion of an applied profile's settings.
 
 #include "tests/effects/EffectsFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The light of the screen at a switch, and its end.
 
 #include "tests/effects/EffectsFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // When the tone of a profile sounds between the changes of volume.
 
 #include "tests/effects/EffectsFixture.h"

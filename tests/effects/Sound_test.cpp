@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What is saved before the volumes change, what they are set to, and what is logged on the way.
 
 #include "effects/VolumeMarks.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The icon in the status bar, and the library that it comes from.
 
 #include "tests/effects/EffectsFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What the host says, shows and does at once.
 
 #include "tests/host/promises/Promises.h"

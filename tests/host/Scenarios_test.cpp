@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The scenarios that show what the library does by itself, played with the host: whatever the library leaves behind,
 // the phone is as before once the day is over.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What the phone is told to do with its volumes from one event to the next: nobody hears a detour.
 
 #include "tests/host/promises/Promises.h"

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The house's rules for the library's rooms, read from the sources:
 
 - includes go down the house only;

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Every source file says in its first lines whose it is and under which licence, in the form of SPDX.
 
 Programs in C++, Python, CMake and shell, and the templates of them. Everything else (documents, goldens, calendars,

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The house's rule for texts: whatever is shown to people is marked for translation where it stands, and no sentence is
 put together from pieces. Looks for literals with words in them
 

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The catalogues in po/ hold what the sources say: the template has every marked text and no other, each language has
 every text of the template, none of them doubtful, and the same values ({0}, {}) stand on both sides. So too the tables of the library's own texts.
 

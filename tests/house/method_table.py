@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Makes the table of exported classes and methods with the files that define them, or checks the one in docs/.
 
 usage: method_table.py SOURCE-FOLDER          print the table

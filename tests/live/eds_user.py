@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What the phone's user does in a calendar program: changes a calendar of Evolution Data Server.
 
 usage: eds_user.py add CALENDAR UID START END    START and END as in iCalendar, in UTC: 20260102T030405Z

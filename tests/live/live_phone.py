@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """A phone of its own for a test of the real daemon: private folders and buses, a sound server, a calendar folder."""
 import datetime
 import json

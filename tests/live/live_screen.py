@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The screen of a live phone: pictures and clicks. Set HUSHMODE_PICTURES to a folder to keep the pictures."""
 import os
 import re

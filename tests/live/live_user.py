@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What the user of a live phone does, and what its services then do: volumes, networks, calendars, sleep."""
 import contextlib
 import datetime

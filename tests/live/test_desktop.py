@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The real daemon on a desktop: a question that is answered by a click, and an icon in a panel.
 
 usage: test_desktop.py DAEMON [unittest arguments]

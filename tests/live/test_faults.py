@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The real daemon among services that fail: nothing is lost, and the phone is never left silent.
 
 usage: test_faults.py DAEMON [unittest arguments]

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The real daemon with a NetworkManager: a profile of a network is on while the phone is in it.
 
 usage: test_networks.py DAEMON [unittest arguments]

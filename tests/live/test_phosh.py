@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The real daemon on a real phone shell, Phosh: in a meeting no banner of a notification is shown, after it they are.
 
 usage: test_phosh.py DAEMON [unittest arguments]    set HUSHMODE_PICTURES to a folder to keep the pictures

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The real daemon with the services that a phone has: calendars, sleep, tones, the setting of Do Not Disturb.
 
 usage: test_services.py DAEMON [unittest arguments]

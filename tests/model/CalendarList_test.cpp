@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A profile's list of calendars: filled once with all there are, when nobody ever chose any.
 
 #include "model/HMProfile.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The bounds of local days, on days of 23, 24 and 25 hours.
 
 #include "model/DayHelpers.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Two questions about a pair of profiles that are no comparisons: `isEqual` and `hasChanged`.
 
 #include "model/HMProfile.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A profile read from its dictionary: conversions, missing keys, and what is not read.
 
 #include "model/HMProfile.h"

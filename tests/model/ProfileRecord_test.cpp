@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The profile record: what a new one holds, the filter on event status, the list of networks.
 
 #include "model/HMProfile.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The daily window: its bounds, how long they are kept, and what lies inside.
 
 #include "model/HMProfile.h"

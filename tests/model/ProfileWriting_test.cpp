@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A profile written into its dictionary, and what is lost on the way there and back.
 
 #include "model/HMProfile.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Times of day as people write them in a profile: "8:00 AM".
 
 #include "model/TimeOfDay.h"

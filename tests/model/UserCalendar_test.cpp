@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Which calendar is asked: the user's own for the bounds of days, a Gregorian one for clock times.
 
 #include "model/DayHelpers.h"

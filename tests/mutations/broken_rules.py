@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What mutate.py breaks: one rule each, as a wrong program would have it."""
 import collections
 

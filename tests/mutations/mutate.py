@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Shows that the tests can fail: breaks one rule of the library at a time and looks which test notices.
 
 usage: mutate.py [--tree FOLDER] [--build FOLDER] [--jobs N] [--commit C] [NAME...]

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What a category can do with any object: keep state beside it, ask it, look inside it.
 
 #include "platform/Object.h"

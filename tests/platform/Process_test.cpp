@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The host process: what it makes once, and what is gone when it ends.
 
 #include "platform/Process.h"

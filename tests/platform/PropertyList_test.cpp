@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Property-list values and dictionaries.
 
 #include "platform/PropertyList.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // How a day with the real host is made up. How it is played is in HostDayPlay.cpp.
 
 #include "tests/properties/HostDay.h"

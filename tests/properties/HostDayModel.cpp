@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/properties/HostDayModel.h"
 
 #include "platform/PropertyList.h"

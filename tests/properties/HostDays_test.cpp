@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Random days with the real host. HUSHMODE_SEED and HUSHMODE_DAYS play others, and more of them; a single day is played
 // again by its own seed with HUSHMODE_DAYS=1. A day that fails is told with as few deeds as still make it fail, and
 // with its record where HUSHMODE_RECORD is set.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // How a random day is prepared, played and looked at. What can happen on it is in RandomSteps.cpp.
 
 #include "tests/properties/RandomDay.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Random days. HUSHMODE_SEED plays another series, HUSHMODE_DAYS more or fewer of them; a single day is
 // played again by its own seed with HUSHMODE_DAYS=1.
 

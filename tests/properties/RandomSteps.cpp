@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What can happen on a random day. Each step answers what it did.
 
 #include "alarms/AlarmTagging.h"

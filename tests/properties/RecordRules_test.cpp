@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The rules of a record find what breaks them: a rule that never fails would guard nothing.
 
 #include "tests/properties/RecordRules.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What runs inside something else: observers inside a save, saves inside a walk over the list, a plan inside a plan.
 
 #include "tests/support/ProfilesFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A day on which the host dies and starts again, at every moment at which something happens, and just before and after
 // it.
 

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Plays every scenario of this folder and compares the whole record of the phone with the file beside it.
 
 usage: check_scenarios.py PROGRAM [--update] [NAME...]

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What a plan of one profile ends in: nothing, a revert, a wake-up, an apply, or one of the short-cuts.
 
 #include "tests/scheduler/SchedulerFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The choice among the events of a profile, with what it logs on the way.
 
 #include "tests/scheduler/SchedulerFixture.h"

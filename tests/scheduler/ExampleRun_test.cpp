@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // One working day in full: everything that the phone is asked to do around one meeting, in order.
 
 #include "effects/VolumeMarks.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Each log line names the selector that writes it, and its level.
 
 #include "tests/scheduler/SchedulerFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Planning anew after the phone joined or left a network.
 
 #include "tests/scheduler/SchedulerFixture.h"

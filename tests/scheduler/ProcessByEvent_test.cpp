@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Turning a profile on and off by the calendar event that it follows.
 
 #include "tests/scheduler/SchedulerFixture.h"

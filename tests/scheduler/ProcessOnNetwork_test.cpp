@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Turning a profile on and off while the phone is on one of its networks, and what remains when it is on another.
 
 #include "tests/scheduler/SchedulerFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What sets off plans of all profiles: the host, the master switch, changes of the calendars.
 
 #include "calendar/HMEventManager.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Applying now or arming the wake-up, for an event that was chosen.
 
 #include "tests/scheduler/SchedulerFixture.h"

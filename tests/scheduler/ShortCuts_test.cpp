@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Planning a profile again while it is applied through an event: when the plan stops early, and what happens when the
 // event has changed.
 

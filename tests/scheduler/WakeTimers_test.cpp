@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The wake timers of a profile: making, arming, stopping, firing.
 
 #include "tests/scheduler/SchedulerFixture.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Whether a network decides about a profile, and what it decides.
 
 #include "tests/scheduler/SchedulerFixture.h"

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What a program needs to edit the calendars of Evolution Data Server. Nothing runs: the tests are the program."""
 import pathlib
 

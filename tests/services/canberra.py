@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The sound theme, and what plays it on a sound server. Nothing runs: programs play it themselves."""
 import pathlib
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """feedbackd where it is installed, else a stand-in that takes every tone and vibration and does nothing with it."""
 import os
 

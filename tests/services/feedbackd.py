@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """feedbackd, for tones and vibration: its own theme, and for a quiet message something that it can do without a motor."""
 import json
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """A private system bus, for tests that start their own stand-ins for services."""
 PROGRAMS = {"/usr/lib/python3/dist-packages/dbusmock": "python3-dbusmock"}
 

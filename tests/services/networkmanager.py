@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """A stand-in for NetworkManager on the private system bus."""
 PROGRAMS = {"/usr/lib/python3/dist-packages/dbusmock": "python3-dbusmock"}
 

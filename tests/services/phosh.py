@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """The phone shell Phosh, unlocked, with the compositor phoc in a window on a screen without a monitor; grim takes its
 pictures."""
 import pathlib

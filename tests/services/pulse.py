@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """PulseAudio with a null sink "spk", as a phone's speaker."""
 PROGRAMS = {"pulseaudio": "pulseaudio", "pactl": "pulseaudio-utils"}
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """PipeWire's stand-in for PulseAudio, with a null sink "spk", as a phone's speaker."""
 PROGRAMS = {"pipewire": "pipewire", "pipewire-pulse": "pipewire-pulse", "wireplumber": "wireplumber",
             "pactl": "pulseaudio-utils"}

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Runs a command among services of its own: private folders, private buses, nothing leaks in or out.
 
 usage: run_with.py [SERVICE...] -- COMMAND [ARGUMENT...]

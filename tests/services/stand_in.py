@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Stand-ins for desktop services on the session bus, each as small as it can be: they take what they are asked, and
 write down what there is to see.
 

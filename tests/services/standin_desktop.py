@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Stand-ins for what a desktop's shell offers: a place for status icons, and the display's power."""
 import stand_in
 

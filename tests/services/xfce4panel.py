@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """xfce4-panel with nothing but its status icons: a real org.kde.StatusNotifierWatcher. Needs the service xvfb first."""
 import pathlib
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The calendars that matter at this moment.
 
 #include "tests/support/StoreTest.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The profile that people start from, and the title that it gets.
 
 #include "tests/support/StoreTest.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The master switch in the settings file.
 
 #include "tests/support/StoreTest.h"

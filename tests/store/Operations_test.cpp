@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Add, update, the quiet update and delete: what each does to list, file, record and callbacks.
 
 #include "tests/support/StoreTest.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Loading the profiles file, and seeding it.
 
 #include "tests/support/StoreTest.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Writing all profiles, and telling about it.
 
 #include "tests/support/StoreTest.h"

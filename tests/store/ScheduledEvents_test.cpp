@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The table of the events that profiles follow.
 
 #include "store/ScheduledEvents.h"

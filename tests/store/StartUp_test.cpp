@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The single instance and what its start does.
 
 #include "effects/VolumeMarks.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What a failed operation reports.
 
 #include "tests/support/StoreTest.h"

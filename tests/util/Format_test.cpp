@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The formatter behind every log line, and the texts that it writes for values and objects.
 
 #include "util/Format.h"

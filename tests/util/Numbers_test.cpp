@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Numbers that stand in texts and in property lists, read leniently and never by the locale.
 
 #include "util/Numbers.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The system's version, which decides the way of several effects.
 
 #include "tests/support/CoreTest.h"

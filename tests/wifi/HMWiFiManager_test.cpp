@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The known networks, the joined one and the last one, as entries.
 
 #include "wifi/HMWiFiManager.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Which of the known networks was joined last.
 
 #include "wifi/HMWiFiManager.h"

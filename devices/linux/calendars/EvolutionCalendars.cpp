@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/calendars/EvolutionCalendars.h"
 
 #include "devices/linux/calendars/EvolutionCalendar.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/desktop/BannerSetting.h"
 
 #include "devices/linux/desktop/InstalledSettings.h"

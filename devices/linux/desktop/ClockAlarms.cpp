@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/desktop/ClockAlarms.h"
 
 #include "devices/linux/base/Variants.h"

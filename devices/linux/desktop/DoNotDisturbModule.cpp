@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/desktop/DoNotDisturbModule.h"
 
 #include "devices/linux/desktop/DoNotDisturb.h"

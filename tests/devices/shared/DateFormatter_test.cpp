@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/shared/DateFormatter.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/shared/ICalProperty.h"
 #include "tests/devices/shared/CalendarSamples.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "platform/ControlCenter.h"
 #include "platform/MobileTimer.h"
 #include "platform/PersistentConnection.h"

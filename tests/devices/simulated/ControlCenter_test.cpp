@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The ways to the Do Not Disturb switch, walked as a program has to walk them.
 
 #include "platform/ControlCenter.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // The death of the host process, and a new one on the same phone.
 
 #include "platform/MobileTimer.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "platform/SpringBoard.h"
 #include "platform/ToneLibrary.h"
 #include "tests/support/PhoneFixture.h"

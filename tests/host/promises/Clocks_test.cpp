@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Clocks that jump, zones, daylight saving, sleep, and long times.
 
 #include "tests/host/promises/Promises.h"

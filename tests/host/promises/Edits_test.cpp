@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Profiles that are edited, disabled or deleted while they are applied, and the master switch.
 
 #include "tests/host/promises/Promises.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What the phone lacks or refuses: the rest holds all the same, and nothing is left changed that can be put back.
 
 #include "host/Ledger.h"

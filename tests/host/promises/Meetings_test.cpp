@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Meetings of one profile: one after another, in each other, changed late.
 
 #include "tests/host/promises/Promises.h"

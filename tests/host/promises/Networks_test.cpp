@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Networks that are joined and left, that flap, and that a meeting overlaps.
 
 #include "tests/host/promises/Promises.h"

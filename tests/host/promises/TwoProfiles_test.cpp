@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // Two profiles with a meeting each, in every way that two meetings can lie to each other. The one that came last
 // holds, and what any of them asks for of Do Not Disturb and the icon.
 

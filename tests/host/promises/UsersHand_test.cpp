@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // What the phone's user changes by hand, before, in and after a meeting, is theirs.
 
 #include "tests/host/promises/Promises.h"

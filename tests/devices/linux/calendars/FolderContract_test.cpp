@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
 #include "tests/devices/linux/calendars/CalendarWorlds.h"
 #include "tests/devices/linux/calendars/TemporaryFolder.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/core/ClockSteps.h"
 
 #include "devices/linux/core/MainLoop.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/core/LocalZone.h"
 
 #include "tests/devices/linux/core/MainContext.h"

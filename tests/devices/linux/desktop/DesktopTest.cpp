@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/devices/linux/desktop/DesktopTest.h"
 
 #include "devices/linux/base/Variants.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/contracts/DoNotDisturbContract.h"
 
 #include "devices/linux/desktop/DoNotDisturb.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/devices/linux/desktop/WatcherStandIn.h"
 
 #include "devices/linux/base/NameWatch.h"

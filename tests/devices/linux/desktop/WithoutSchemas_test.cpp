@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 // A desktop on which none of the programs is installed whose settings the adapters work with. It takes a process of its
 // own: GSettings looks for schemas once.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/network/NetworkManagerWiFi.h"
 
 #include "tests/devices/linux/network/MockedNetworkManager.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/contracts/WiFiContract.h"
 
 #include "devices/linux/network/NetworkManagerWiFi.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/contracts/AlertContract.h"
 
 #include "devices/linux/session/LinuxUIKit.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/session/Logind.h"
 
 #include "tests/devices/linux/session/MockedLogind.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/session/NotificationAlerts.h"
 #include "tests/support/MockedService.h"
 #include "tests/support/ServiceReports.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/contracts/ScreenContract.h"
 
 #include "devices/linux/session/Screen.h"

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """Answers a question with real clicks on the buttons of a real notification server, on a screen without a monitor.
 
 usage: check_clicks.py TEST-PROGRAM [PICTURE]; the picture, if asked for, shows the question.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "tests/devices/linux/sound/Recording.h"
 
 #include "tests/devices/linux/sound/SoundTest.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include "devices/linux/sound/PulseVolumes.h"
 #include "tests/contracts/VolumesContract.h"
 #include "tests/devices/linux/sound/SoundTest.h"
