@@ -77,8 +77,6 @@ std::string nameOf(std::string_view key) {
   return std::string(key);
 }
 
-<<<<<<< HEAD
-=======
 /// The keys of what changes, in the order in which people see settings; behind them those that nobody knows.
 std::vector<std::string> keysOf(const Dictionary& changes) {
   std::vector<std::string> keys;
@@ -92,7 +90,6 @@ std::vector<std::string> keysOf(const Dictionary& changes) {
   return keys;
 }
 
->>>>>>> origin/main
 Dictionary with(Dictionary profile, const Dictionary& changes) {
   for (const auto& [key, value] : changes) profile.set(key, value);
   return profile;
@@ -140,12 +137,7 @@ std::vector<std::string> settingLines(const ProfileDifference& difference,
   // The times of a window that is and stays the whole day are told one by one.
   const std::string window = windowText(after), windowBefore = windowText(difference.before);
   bool isWindowTold = false;
-<<<<<<< HEAD
-  for (const auto& [key, value] : difference.changes) {
-    if (key == "title") continue;
-=======
   for (const std::string& key : keysOf(difference.changes)) {
->>>>>>> origin/main
     if (isOfWindow(key) && (isNew || window != windowBefore)) {
       if (!std::exchange(isWindowTold, true)) add("window", window, windowBefore);
       continue;

@@ -19,12 +19,9 @@ import time
 
 UPDATE = "--update" in sys.argv
 PROGRAM, SOURCE, *DAEMON = [pathlib.Path(each).resolve() for each in sys.argv[1:] if each != "--update"]
-<<<<<<< HEAD
-=======
 if DAEMON:
     sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "daemon"))
     from phone_services import WiFi
->>>>>>> origin/main
 GOLDENS = SOURCE / "tests/cli/goldens"
 SPAN = "--from 2026-11-24 --to 2026-11-24 --zone Europe/Berlin"
 
@@ -99,12 +96,9 @@ class Phone:
         self.write("wrong.plist", [work, {**night, "ringerVolume": 12}])
         self.daemon = None
         if DAEMON:
-<<<<<<< HEAD
-=======
             wifi = WiFi()
             wifi.add("Office")
             wifi.join(wifi.add("Home"))
->>>>>>> origin/main
             self.daemon = subprocess.Popen([DAEMON[0]], env=self.environment, stderr=subprocess.DEVNULL)
             subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
                            env=self.environment)

@@ -16,12 +16,9 @@ import unittest
 
 import jsonschema
 
-<<<<<<< HEAD
-=======
 if len(sys.argv) > 3 and not sys.argv[3].startswith("-"):
     sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "daemon"))
     from phone_services import WiFi
->>>>>>> origin/main
 PROGRAM, SOURCE = pathlib.Path(sys.argv.pop(1)).resolve(), pathlib.Path(sys.argv.pop(1)).resolve()
 DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
 SCHEMAS = SOURCE / "docs/json"
@@ -59,11 +56,8 @@ class Json(unittest.TestCase):
         (config / "com.quorvel.hushmode.profiles.plist").write_bytes(plistlib.dumps([]))
         cls.daemon = None
         if DAEMON:
-<<<<<<< HEAD
-=======
             wifi = WiFi()
             wifi.join(wifi.add("Home"))
->>>>>>> origin/main
             cls.start_daemon()
         else:
             cls.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
@@ -103,11 +97,7 @@ class Json(unittest.TestCase):
         lines = [json.loads(line) for line in cls.call(*arguments, "--json", codes=codes).splitlines()]
         for line in lines:
             errors = [f"{error.json_path}: {error.message}" for error in validator.iter_errors(line)]
-<<<<<<< HEAD
-            assert not errors, (arguments, line, errors)
-=======
             assert not errors, (arguments, str(line)[:300], errors)
->>>>>>> origin/main
         assert len(lines) >= least, (arguments, lines)
         cls.seen.add(schema)
         return lines
@@ -121,13 +111,8 @@ class Json(unittest.TestCase):
         lines("schedule", "schedule", "--list")
         lines("events", "events", "--calendars", EXAMPLES / "calendars", *day, least=3)
         lines("simulate", "simulate", EXAMPLES / "workday.json", least=100)
-<<<<<<< HEAD
-        lines("explain", "explain", "Work")
-        lines("explain", "explain", "Night")
-=======
         lines("explain", "explain", "Work", codes=(0, 1))
         lines("explain", "explain", "Night", codes=(0, 1))
->>>>>>> origin/main
         lines("doctor", "doctor", codes=(0, 1, 3))
         lines("help", "help", least=1)
         lines("import", "import", self.list, "--dry-run", "--replace", least=2)

@@ -8,10 +8,7 @@ import os
 import pathlib
 import plistlib
 import pty
-<<<<<<< HEAD
-=======
 import re
->>>>>>> origin/main
 import resource
 import signal
 import subprocess
@@ -146,11 +143,7 @@ class Transfer(unittest.TestCase):
         self.assertIn("  window            08:00 to 17:00 (was all day)\n", preview)
         self.assertEqual(preview.count("window"), 2)
         self.assertNotIn("ringtone", preview)
-<<<<<<< HEAD
-        self.assertIn("Added: Night\n  enabled           off\n  window            20:00 to 23:30\n", preview)
-=======
         self.assertIn("Added: Night\n  window            20:00 to 23:30\n  calendars         none\n  enabled           off\n", preview)
->>>>>>> origin/main
         self.assertTrue(preview.endswith("Nothing was changed; without --dry-run it will be.\n"))
         done = self.done("import", path)
         self.assertTrue(done.startswith(preview[:preview.rindex("Nothing was")]), done)
@@ -165,12 +158,8 @@ class Transfer(unittest.TestCase):
     def test_a_setting_that_is_not_named_stays(self):
         self.done("import", self.list({"title": "Work", "vibrate": True}))
         work = self.profiles()["Work"]
-<<<<<<< HEAD
-        self.assertEqual((work["vibrate"], work["playBackVolume"]), (True, 0.1))
-=======
         self.assertTrue(work["vibrate"])
         self.assertAlmostEqual(work["playBackVolume"], 0.1, places=6)
->>>>>>> origin/main
 
     def test_replace_removes_the_others(self):
         self.done("profile", "add", "Old")
@@ -183,14 +172,10 @@ class Transfer(unittest.TestCase):
         path = self.list({"title": "Work", "playBackVolume": 0.5}, NIGHT)
         lines = [json.loads(line) for line in self.done("import", path, "--replace", "--json").splitlines()]
         self.assertEqual([(each["title"], each["change"]) for each in lines], [("Work", "changed"), ("Night", "added")])
-<<<<<<< HEAD
-        self.assertEqual(lines[0]["settings"], {"playBackVolume": {"before": 0.1, "after": 0.5}})
-=======
         self.assertEqual([*lines[0]["settings"]], ["playBackVolume"])
         media = lines[0]["settings"]["playBackVolume"]
         self.assertAlmostEqual(media["before"], 0.1, places=6)
         self.assertEqual(media["after"], 0.5)
->>>>>>> origin/main
         self.assertEqual(lines[1]["settings"]["startTime"], {"before": None, "after": "8:00 PM"})
 
     def test_standard_input_is_a_file_too(self):
@@ -220,11 +205,7 @@ class Transfer(unittest.TestCase):
 
     def test_an_unknown_key_is_told_and_where_possible_kept(self):
         path = self.list({**WORK, "ringervolume": 0.5, "fromTheFuture": 7})
-<<<<<<< HEAD
-        told = ['"ringervolume" means nothing; did you mean "ringerVolume"?', '"fromTheFuture" means nothing']
-=======
         told = ['"fromTheFuture" means nothing', '"ringervolume" means nothing; did you mean "ringerVolume"?']
->>>>>>> origin/main
         shown = self.done("import", path, notes=told)
         if DAEMON:
             self.assertIn("Unchanged: Work", shown)
@@ -246,27 +227,17 @@ class Transfer(unittest.TestCase):
         resource.prlimit(self.daemon.pid, resource.RLIMIT_FSIZE, (room, room))
         result = self.run_program("import", self.list(*({**NIGHT, "title": each} for each in "ABC")))
         self.assertEqual((result.returncode, result.stdout), (3, b""), result)
-<<<<<<< HEAD
-        self.assertIn(b"hushmode: B: ", result.stderr)
-        self.assertIn(b"before that were done: A; the rest was not", result.stderr)
-        self.assertEqual([*self.profiles()], ["Work", "A"])
-=======
         told = re.fullmatch("hushmode: ([BC]): .*; before that were done: (.*); the rest was not\n", result.stderr.decode())
         self.assertTrue(told, result.stderr)
         done = told[2].split(", ")
         self.assertEqual(done, [each for each in "ABC" if each < told[1]])
         self.assertEqual([*self.profiles()], ["Work", *done])
->>>>>>> origin/main
 
     @unittest.skipIf(DAEMON, "the daemon has the lock")
     def test_what_cannot_be_saved_is_not_half_there(self):
         def refuse_to_write():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-<<<<<<< HEAD
-            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
-=======
             resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
->>>>>>> origin/main
 
         (self.folder / "state/hushmode").mkdir(parents=True)
         self.refused("import", self.list(NIGHT, {**WORK, "playBackVolume": 0.9}), code=3, says=["profiles.plist"],
