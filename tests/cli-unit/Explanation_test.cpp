@@ -144,6 +144,18 @@ TEST(Explanation, OfTheOthersTheNearestThatCountAreTold) {
   EXPECT_EQ(explanation.events[1].verdict, Verdict::NotBegun);
 }
 
+TEST(Explanation, TheNearestOfAnotherDayIsNotTold) {
+  EXPECT_TRUE(explained(12, {}, {event("Tomorrow", 33, 34)}).events.empty());
+}
+
+TEST(Explanation, AWindowThatOpensAtMidnightOpensThen) {
+  const auto fromMidnight = [](ProfileRules& rules, auto&) { rules.start = at("12:00 AM", 0); };
+  const auto explanation = explained(19, fromMidnight, {event("Night", 22, 30)});
+  ASSERT_TRUE(explanation.next);
+  EXPECT_EQ((explanation.next->at - hour(0)) / 3600, 24);
+  EXPECT_TRUE(explanation.next->on);
+}
+
 TEST(Explanation, ItIsOnForTheEventThatEndsLast) {
   const auto explanation = explained(9, {}, {event("Long", 8.5, 11), event("Short", 8.9, 10), event("Next", 11, 12)});
   ASSERT_TRUE(explanation.onFor);

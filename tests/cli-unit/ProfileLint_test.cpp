@@ -199,6 +199,10 @@ INSTANTIATE_TEST_SUITE_P(
              together({with("applyProfileEventStatus", std::int64_t(2)),
                        withEvents({event("folder:Work", 9, 10), event("folder:Home", 11, 12, tentative)})}),
              "status-never-matches", Warning, "tentative", "hushmode profile edit Office --events any"},
+        Case{"ACancelledEventSaysNothingOfTheStatus",
+             together({with("applyProfileEventStatus", std::int64_t(2)),
+                       withEvents({event("folder:Work", 9, 10, cancelled)}), neverSwitching()}),
+             "never-on", Warning, "no event of its calendars", "hushmode explain Office"},
         Case{"IgnoresAllThereIs", withEvents({event("folder:Work", 0, 24, EKEventStatus::None, true)}),
              "all-events-ignored", Warning, "last all day", "hushmode profile edit Office --all-day-events count"},
         Case{"CountsWhatLastsAllDay",
@@ -253,9 +257,9 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.test; });
 
 TEST(Lint, TheFirstTimeOfAFightIsTold) {
-  const auto findings =
-      found(together({alongside(0.5), withSwitches({switched(33, 2, true), switched(34, 1, true),
-                                                    switched(35, 2, false), switched(36, 1, false)})}));
+  const auto findings = found(
+      together({alongside(0.5), withSwitches({switched(33, 2, true), switched(34, 1, true), switched(35, 2, false),
+                                              switched(36, 1, false), switched(57, 2, true), switched(58, 1, true)})}));
   ASSERT_EQ(findings.size(), 1u);
   EXPECT_NE(findings.front().text.find("Wednesday, 25 November 2026, 10:00"), std::string::npos)
       << findings.front().text;
