@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What people see: the output of commands as it was looked at and found good, in tests/cli/goldens/.
 
 usage: check_goldens.py HUSHMODE SOURCE-FOLDER [HUSHMODED] [--update]

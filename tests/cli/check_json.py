@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """What the commands print for programs is what docs/json says: every command with --json, without and with the daemon.
 
 usage: check_json.py HUSHMODE SOURCE-FOLDER [HUSHMODED] [unittest argument...]; with HUSHMODED under run_with.py.

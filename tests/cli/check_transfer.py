@@ -1,4 +1,7 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """hushmode export and import: profiles as property lists, in the file and, with HUSHMODED, through a daemon.
 
 usage: check_transfer.py HUSHMODE [HUSHMODED] [unittest argument...]; with HUSHMODED under tests/services/run_with.py.
