@@ -18,8 +18,9 @@ struct RescueOptions {
 /// Puts back what a daemon that died has left changed on the phone, from the ledger; for when no daemon runs. Waits
 /// until the phone's services have what they were sent.
 ///
-/// Answers what was found and done, as one JSON object (docs/json/rescue-report.schema.json), with the reason under
-/// "error" when it could not be tried. Runs the main context.
+/// Answers one JSON object: "values" with what was not as it should be, each as docs/json/rescue.schema.json has it;
+/// "taken", whether the sound server has what it was sent; "saved", whether the disk knows that nothing is left to put
+/// back. When it could not be tried, only "error" with the reason. Runs the main context.
 std::string rescueReport(const RescueOptions& options, const devices::LogSink& sink);
 
 }  // namespace hushmode::daemon
