@@ -181,7 +181,8 @@ class GermanDaemon(unittest.TestCase):
         self.assertIn("Profil  ", german("profile", "list").stdout)  # The first, which the daemon makes.
         added = german("profile", "add", "Ruhe", "--ringtone", "5%")
         self.assertEqual(added.returncode, 0, added.stderr)
-        self.assertIn("„Ruhe“ sorgt bis", german("quiet", "5m", "--profile", "Ruhe").stdout)
+        quiet = german("quiet", "5m", "--profile", "Ruhe")
+        self.assertIn("„Ruhe“ sorgt bis", quiet.stdout, quiet.stderr)
         signal = self.wait_for_a_switch()
         self.assertIn("'reason': <'„Eine Weile Ruhe“'>", signal)
         self.assertIn("'cause': <'event'>", signal)
