@@ -278,7 +278,7 @@ class Lives(DaemonTest):
         wait_until(lambda: second.process.poll() is not None, "the end of the second")
         self.assertEqual(second.process.returncode, 3)
         self.assertIn("another hushmoded", second.log())
-        self.assertEqual(first.get("Version"), 1)
+        self.assertEqual(first.get("Version"), 2)
 
     def test_killed_in_an_event_it_is_quiet_until_the_end_and_then_as_before(self):
         daemon = self.start_with_profile()
