@@ -55,19 +55,19 @@ def german(*arguments):
 def commands():
     listed = json.loads(run("C.UTF-8", "help", "--json").stdout)
 
-    def names(each, before):
-        path = before + [each["name"]] if before is not None else []
-        yield path
+    def names(each):
+        yield each["name"].split()[1:]
         for inner in each.get("commands", []):
-            yield from names(inner, path)
+            yield from names(inner)
 
-    return list(names(listed, None))
+    return list(names(listed))
 
 
 def sentences(text):
     """The lines of a text that are made of words: neither examples nor lists of names."""
-    lines = [line.strip() for line in text.splitlines() if not line.startswith("  hushmode")]
-    return {line for line in lines if len(re.findall(r"\b[a-z]{2,}\b", line)) >= 3}
+    lines = [line.strip() for line in text.splitlines()
+             if not line.startswith("  hushmode") and not re.fullmatch(r" *--[\w-]+ [\w|]+", line)]
+    return {line for line in lines if len(re.findall(r"\b[A-Za-z]{2,}\b", line)) >= 3}
 
 
 @unittest.skipIf(DAEMON, "needs no daemon")
@@ -83,6 +83,7 @@ class German(unittest.TestCase):
         for command in every:
             english, translated = run("C.UTF-8", *command, "--help"), german(*command, "--help")
             self.assertEqual((english.returncode, translated.returncode), (0, 0), command)
+            self.assertIn(" ".join(["hushmode", *command]), english.stdout)
             self.assertEqual(sentences(english.stdout) & sentences(translated.stdout), set(), command)
             self.assertIn("Aufruf:", translated.stdout)
 
@@ -122,6 +123,7 @@ class German(unittest.TestCase):
             self.assertEqual(result.returncode, 0, result.stderr)
             self.says(german("schedule", "--list"), 0, "Mo, Di")
         self.assertEqual(json.loads(german("schedule", "--list", "--json").stdout)["days"], "MO,TU")
+        self.says(german("schedule", "Nacht", "--remove"), 0)
         self.says(german("profile", "remove", "Nacht"), 0)
 
     def test_mistakes(self):
@@ -145,6 +147,14 @@ class Clocks(unittest.TestCase):
         day = run("en_US.UTF-8", "simulate", WORKDAY).stdout
         self.assertIn("  02:30:00 PM  Meetings  on   \"Interview\"", day)
         self.assertIn("Tuesday, 24 November 2026", day)
+
+    def test_weeks_begin_where_people_begin_them(self):
+        self.assertEqual(run("C.UTF-8", "profile", "add", "Week", "--all-day").returncode, 0)
+        self.assertEqual(run("C.UTF-8", "schedule", "Week", "22:00-06:00", "--days", "mon,sun").returncode, 0)
+        self.assertIn("Week  10:00 PM-06:00 AM  Sun, Mon\n", run("en_US.UTF-8", "schedule", "--list").stdout)
+        self.assertIn("Week  22:00-06:00  Mo, So\n", run("de_DE.UTF-8", "schedule", "--list").stdout)
+        self.assertEqual(run("C.UTF-8", "schedule", "Week", "--remove").returncode, 0)
+        self.assertEqual(run("C.UTF-8", "profile", "remove", "Week").returncode, 0)
 
     def test_the_language_of_the_words_and_of_the_clock_are_apart(self):
         mixed = {**environment("C.UTF-8"), "LC_ALL": "", "LANG": "en_US.UTF-8", "LC_TIME": "de_DE.UTF-8"}
