@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: Hush Mode developers
+# SPDX-License-Identifier: MIT
+
 """How long `hushmode agenda` takes for today, as whole processes: beside bare libical on the same files, and through its
 cache.
 
