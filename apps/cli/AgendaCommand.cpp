@@ -4,19 +4,20 @@
 // hushmode agenda: every switch to come, from the real profiles and calendars, computed by the library and the host on
 // the phone in memory.
 
-#include "apps/cli/AgendaBlocks.h"
-#include "apps/cli/AgendaSvg.h"
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/Forecast.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
 #include "apps/cli/Timeline.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/Forecast.h"
+#include "apps/client/Json.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
+#include "apps/pictures/AgendaBlocks.h"
+#include "apps/pictures/AgendaSvg.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Terminal.h"
 #include "devices/shared/PropertyListFileBytes.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -5,12 +5,12 @@
 // and silent about what does not work.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/Forecast.h"
-#include "apps/cli/KnownEvents.h"
-#include "apps/cli/Places.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/KnownEvents.h"
+#include "apps/client/Places.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>

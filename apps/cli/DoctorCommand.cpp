@@ -3,20 +3,21 @@
 
 // hushmode doctor: what does not work on this phone, and what is wrong with the profiles, each with a remedy.
 
+#include "apps/advice/ProfileLint.h"
+#include "apps/advice/ServiceRemedies.h"
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/Forecast.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/ProfileLint.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/ServiceRemedies.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/Forecast.h"
+#include "apps/client/Json.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Terminal.h"
 #include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
 #include "devices/shared/CalendarFolder.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -4,13 +4,13 @@
 // hushmode events: the occurrences in a folder of calendars, as planning sees them.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Json.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Terminal.h"
 #include "devices/shared/CalendarFolder.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -3,14 +3,15 @@
 
 // hushmode explain: why a profile is on or off at a moment.
 
-#include "apps/cli/AppliedState.h"
+#include "apps/advice/AppliedState.h"
+#include "apps/advice/ExplanationWords.h"
 #include "apps/cli/Commands.h"
-#include "apps/cli/ExplanationWords.h"
-#include "apps/cli/Forecast.h"
-#include "apps/cli/MomentText.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Forecast.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
+#include "apps/profiles/MomentText.h"
 #include "apps/simulation/TimeText.h"
+#include "devices/words/Text.h"
 
 #include <iostream>
 #include <memory>

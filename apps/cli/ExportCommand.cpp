@@ -4,13 +4,13 @@
 // hushmode export: profiles as a property list, to keep or to take to another phone.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/ProfileStore.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/terminal/Terminal.h"
 #include "devices/shared/PropertyListCodec.h"
 #include "devices/shared/PropertyListFileBytes.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>

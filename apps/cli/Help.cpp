@@ -3,9 +3,9 @@
 
 #include "apps/cli/Help.h"
 
-#include "apps/cli/Text.h"
-#include "apps/cli/TextWrap.h"
 #include "apps/cli/ValueKinds.h"
+#include "apps/terminal/TextWrap.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/Terminal.h"
+#include "apps/terminal/Terminal.h"
 
 #include <CLI/CLI.hpp>
 #include <string>

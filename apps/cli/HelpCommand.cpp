@@ -5,10 +5,10 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/cli/Help.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/Text.h"
 #include "apps/cli/ValueKinds.h"
+#include "apps/client/Json.h"
 #include "apps/simulation/JsonReader.h"
+#include "devices/words/Text.h"
 #include "host/ProfileCheck.h"
 
 #include <iostream>

@@ -4,11 +4,11 @@
 // hushmode import: profiles from a file of hushmode export, or from another phone's profiles file.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/ImportedProfiles.h"
-#include "apps/cli/ProfileDifference.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/profiles/ImportedProfiles.h"
+#include "apps/profiles/ProfileDifference.h"
+#include "apps/terminal/Terminal.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>

@@ -4,14 +4,14 @@
 // hushmode profile: the profiles, in people's words.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/Places.h"
-#include "apps/cli/ProfileEditor.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/ProfileWords.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Json.h"
+#include "apps/client/Places.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/profiles/ProfileEditor.h"
+#include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/terminal/Terminal.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <iostream>

@@ -5,19 +5,19 @@
 // events of Hush Mode's own calendar, so that they begin and end as all others do.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/DayNames.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/OwnCalendar.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/ProfileWords.h"
-#include "apps/cli/Scanner.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/Json.h"
+#include "apps/client/OwnCalendar.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/profiles/DayNames.h"
+#include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Scanner.h"
+#include "apps/terminal/Terminal.h"
 #include "apps/words/Clock.h"
+#include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>

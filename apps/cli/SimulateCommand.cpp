@@ -4,13 +4,13 @@
 // hushmode simulate: plays profiles and calendars, or a whole scenario, on the phone in memory.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
 #include "apps/cli/Timeline.h"
+#include "apps/client/Json.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Terminal.h"
+#include "devices/words/Text.h"
 
 #include <chrono>
 #include <iostream>

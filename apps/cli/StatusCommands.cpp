@@ -4,16 +4,16 @@
 // hushmode on, off, status, log, calendars, networks: what Hush Mode does now, and has done.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
-#include "apps/cli/Forecast.h"
-#include "apps/cli/Json.h"
-#include "apps/cli/Places.h"
-#include "apps/cli/ProfileStore.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
+#include "apps/client/Daemon.h"
+#include "apps/client/Json.h"
+#include "apps/client/Places.h"
+#include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/terminal/Terminal.h"
 #include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <iostream>

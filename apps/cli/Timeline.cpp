@@ -3,9 +3,9 @@
 
 #include "apps/cli/Timeline.h"
 
-#include "apps/cli/Text.h"
 #include "apps/simulation/TimeText.h"
 #include "apps/words/Words.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 

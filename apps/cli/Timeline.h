@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "apps/cli/Terminal.h"
+#include "apps/terminal/Terminal.h"
 #include "devices/shared/TimeZone.h"
 #include "devices/simulated/Record.h"
 #include "host/Switches.h"

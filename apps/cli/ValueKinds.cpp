@@ -3,7 +3,7 @@
 
 #include "apps/cli/ValueKinds.h"
 
-#include "apps/cli/Text.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -4,10 +4,10 @@
 #include "apps/cli/WrongUse.h"
 
 #include "apps/cli/Help.h"
-#include "apps/cli/Terminal.h"
-#include "apps/cli/Text.h"
 #include "apps/cli/ValueKinds.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/terminal/Terminal.h"
+#include "devices/words/Text.h"
 
 #include <algorithm>
 

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Daemon.h"
 #include "apps/cli/Help.h"
-#include "apps/cli/Text.h"
 #include "apps/cli/WrongUse.h"
+#include "apps/client/Daemon.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/words/Language.h"
+#include "devices/words/Text.h"
 
 #include <exception>
 #include <iostream>
@@ -28,9 +28,7 @@ void addCommands(CLI::App& program, cli::Command& chosen, const std::string& pur
 }
 
 void addAllCommands(CLI::App& program, cli::Command& chosen) {
-  using cli::tr;
-  addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand, cli::addExportCommand,
-              cli::addImportCommand);
+  addCommands(program, chosen, tr("Profiles"), cli::addProfileCommand, cli::addExportCommand, cli::addImportCommand);
   addCommands(program, chosen, tr("Now"), cli::addStatusCommands, cli::addQuietCommands, cli::addRescueCommand);
   addCommands(program, chosen, tr("What comes, and why"), cli::addAgendaCommand, cli::addExplainCommand,
               cli::addDoctorCommand);
@@ -53,7 +51,7 @@ int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
     std::cerr << "hushmode: " << error.what() << '\n';
     return cli::NoService;
   } catch (const std::exception& error) {
-    std::cerr << "hushmode: " << cli::tr("unexpected: {}", error.what()) << '\n';
+    std::cerr << "hushmode: " << tr("unexpected: {}", error.what()) << '\n';
     return cli::No;
   }
 }
@@ -63,14 +61,14 @@ int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
   useLanguageOfEnvironment();
-  CLI::App program(cli::tr("Hush Mode: silences a phone by calendar, clock and network."), "hushmode");
+  CLI::App program(tr("Hush Mode: silences a phone by calendar, clock and network."), "hushmode");
   program.formatter(std::make_shared<cli::HelpFormatter>(cli::helpColumns(), cli::Terminal::of(STDOUT_FILENO)));
   program.option_defaults()->always_capture_default();
-  program.set_help_flag("-h,--help", cli::tr("Print this help"));
-  program.set_version_flag("--version", HUSHMODE_VERSION, cli::tr("Print the version"));
+  program.set_help_flag("-h,--help", tr("Print this help"));
+  program.set_version_flag("--version", HUSHMODE_VERSION, tr("Print the version"));
   program.require_subcommand(1);
   program.footer(
-      cli::tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n\n"
+      tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n\n"
               "\"hushmode COMMAND --help\" tells more of a command.\n\n"
               "Examples:\n"
               "  hushmode profile add Work --window 08:00-17:00 --ringtone 5%\n"
@@ -81,7 +79,7 @@ int main(int argc, char** argv) {
   const int code = run(program, chosen, argc, argv);
   std::cout.flush();
   if (!std::cout) {
-    std::cerr << "hushmode: " << cli::tr("the output could not be written") << '\n';
+    std::cerr << "hushmode: " << tr("the output could not be written") << '\n';
     return cli::No;
   }
   return code;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/DayPlan.h"
+#include "apps/pictures/DayPlan.h"
 
-#include "apps/cli/DayWords.h"
+#include "apps/pictures/DayWords.h"
 #include "apps/simulation/TimeText.h"
 
 #include <gtest/gtest.h>

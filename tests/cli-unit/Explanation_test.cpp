@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/Explanation.h"
+#include "apps/advice/Explanation.h"
 
 #include <functional>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/MomentText.h"
+#include "apps/profiles/MomentText.h"
 
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/AgendaBlocks.h"
-#include "apps/cli/AgendaSvg.h"
-#include "apps/cli/PictureText.h"
+#include "apps/pictures/AgendaBlocks.h"
+#include "apps/pictures/AgendaSvg.h"
+#include "apps/pictures/PictureText.h"
 #include "apps/simulation/TimeText.h"
 
 #include <gtest/gtest.h>

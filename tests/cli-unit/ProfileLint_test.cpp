@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/ProfileLint.h"
+#include "apps/advice/ProfileLint.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/ServiceRemedies.h"
+#include "apps/advice/ServiceRemedies.h"
 
 #include <gtest/gtest.h>
 #include <tuple>

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
+#include "apps/client/OwnCalendar.h"
+
+#include "apps/client/Daemon.h"
+#include "apps/client/Places.h"
+#include "devices/words/Text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <fstream>
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace hushmode::cli {
+
+using platform::Date;
+
+namespace {
+
+std::filesystem::path folder() { return calendarFolder() / "Hush Mode"; }
+
+std::string utcStamp(Date date) {
+  const auto seconds = static_cast<std::time_t>(date.secondsSince1970());
+  std::tm parts{};
+  ::gmtime_r(&seconds, &parts);
+  char text[32];
+  return {text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &parts)};
+}
+
+Date now() {
+  using namespace std::chrono;
+  return Date(duration<double>(system_clock::now().time_since_epoch()).count());
+}
+
+/// As RFC 5545 section 3.3.11 has texts.
+std::string escaped(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '\\' || c == ';' || c == ',') result += '\\';
+    if (c == '\n') {
+      result += "\\n";
+    } else if (static_cast<unsigned char>(c) >= 0x20) {
+      result += c;
+    }
+  }
+  return result;
+}
+
+std::string unescaped(const std::string& text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '\\' && at + 1 < text.size()) ++at;
+    result += text[at];
+  }
+  return result;
+}
+
+/// Lines have at most 75 bytes (RFC 5545 section 3.1).
+std::string folded(std::string line) {
+  std::string result;
+  while (line.size() > 74) {
+    std::size_t cut = 74;
+    while (cut > 60 && (static_cast<unsigned char>(line[cut]) & 0xC0) == 0x80) --cut;  // Within no character.
+    result += line.substr(0, cut) + "\r\n ";
+    line.erase(0, cut);
+  }
+  return result + line + "\r\n";
+}
+
+std::string nameOf(const std::string& kind, const std::string& profile) {
+  return fmt::format("{}-{:016x}", kind, std::hash<std::string>()(profile));
+}
+
+void write(const std::string& name, const std::vector<std::string>& properties) {
+  std::error_code ignored;
+  std::filesystem::create_directories(folder(), ignored);
+  std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
+  text += folded("UID:" + name) + folded("DTSTAMP:" + utcStamp(now()));
+  for (const std::string& each : properties) text += folded(each);
+  text += "END:VEVENT\r\nEND:VCALENDAR\r\n";
+  const std::string path = (folder() / (name + ".ics")).string(), temporary = (folder() / ("." + name)).string();
+  const auto fail = [&] { throw ServiceError(tr("{0} cannot be written: {1}", path, std::strerror(errno))); };
+  const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  if (file < 0) fail();
+  const bool written =
+      ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(file) == 0;
+  ::close(file);
+  if (!written || ::rename(temporary.c_str(), path.c_str()) != 0) {
+    ::unlink(temporary.c_str());
+    fail();
+  }
+}
+
+/// A local date and clock time before now, on one of the days: quiet hours over midnight then hold tonight already. Of
+/// a repeating event the first occurrence must be one of its rule's (RFC 5545 section 3.8.5.3).
+std::string localStamp(int minute, const std::vector<std::string>& days) {
+  static constexpr const char* names[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
+  constexpr double day = 86400;
+  std::tm parts{};
+  for (int back = 1; back <= 7; ++back) {
+    const auto seconds = static_cast<std::time_t>(now().addingSeconds(-back * day).secondsSince1970());
+    ::localtime_r(&seconds, &parts);
+    if (days.empty() || std::find(days.begin(), days.end(), names[parts.tm_wday]) != days.end()) break;
+  }
+  char date[16];
+  const std::size_t length = std::strftime(date, sizeof date, "%Y%m%d", &parts);
+  return fmt::format("{}T{:02}{:02}00", std::string(date, length), minute / 60, minute % 60);
+}
+
+std::string clock(int minute) { return fmt::format("{:02}:{:02}", minute / 60, minute % 60); }
+
+/// A property of the one event in a file that this program wrote.
+std::string propertyOf(const std::string& text, const std::string& name) {
+  const auto place = text.find("\r\n" + name + ":");
+  if (place == std::string::npos) return {};
+  const auto start = place + name.size() + 3, end = text.find("\r\n", start);
+  return unescaped(text.substr(start, end - start));
+}
+
+}  // namespace
+
+void OwnCalendar::addQuiet(const std::string& profile, Date from, Date to) {
+  write(nameOf("quiet", profile),
+        {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to), "SUMMARY:" + escaped(tr("Quiet for a while")),
+         "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile)});
+}
+
+void OwnCalendar::addHours(const std::string& profile, int startMinute, int endMinute,
+                           const std::vector<std::string>& days) {
+  const int length = (endMinute - startMinute + 24 * 60) % (24 * 60);
+  std::string list;
+  for (const std::string& each : days) list += (list.empty() ? "" : ",") + each;
+  write(nameOf("hours", profile),
+        {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
+         list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list, "SUMMARY:" + escaped(tr("Quiet hours")),
+         "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile),
+         "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
+         "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)});
+}
+
+std::vector<OwnEvent> OwnCalendar::list() {
+  std::vector<OwnEvent> events;
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator(folder(), none)) {
+    if (entry.path().extension() != ".ics") continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    for (auto place = text.find("\r\n "); place != std::string::npos; place = text.find("\r\n ")) text.erase(place, 3);
+    OwnEvent event{propertyOf(text, "UID"),
+                   propertyOf(text, "SUMMARY"),
+                   propertyOf(text, "X-HUSHMODE-PROFILE"),
+                   {},
+                   propertyOf(text, "X-HUSHMODE-DAYS")};
+    if (const std::string hours = propertyOf(text, "X-HUSHMODE-HOURS"); !hours.empty()) event.hours = hours;
+    if (!event.uid.empty()) events.push_back(std::move(event));
+  }
+  std::sort(events.begin(), events.end(), [](const auto& a, const auto& b) { return a.profile < b.profile; });
+  return events;
+}
+
+bool OwnCalendar::removeHours(const std::string& profile) {
+  return std::filesystem::remove(folder() / (nameOf("hours", profile) + ".ics"));
+}
+
+}  // namespace hushmode::cli
