@@ -117,7 +117,7 @@ bool CachedCalendarFolder::isUpToDate(const CalendarCache& cache, const std::vec
     }
     const auto* file = cache.files.data() + known.firstFile;
     for (const auto& each : files) {
-      if (!file->settled || file->signature != each.signature || cache.view(file->path) != each.path.native()) {
+      if (!file->settled || file->signature != each.signature || cache.view(file->path) != each.path) {
         return false;
       }
       ++file;

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -19,6 +20,8 @@ namespace hushmode::devices {
 namespace {
 
 constexpr std::size_t kProblemsNamedPerFile = 10;
+
+std::string_view nameIn(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
 /// A file's text, or why there is none.
 struct FileText {
@@ -60,10 +63,10 @@ bool CalendarFiles::update(const std::vector<CalendarPlace::File>& files, Calend
   bool changed = false;
   std::map<std::string, Known, std::less<>> updated;
   for (const CalendarPlace::File& file : files) {
-    auto node = known_.extract(file.path.native());
+    auto node = known_.extract(file.path);
     const bool isNew = node.empty();
     const auto place =
-        isNew ? updated.try_emplace(updated.end(), file.path.native()) : updated.insert(updated.end(), std::move(node));
+        isNew ? updated.try_emplace(updated.end(), file.path) : updated.insert(updated.end(), std::move(node));
     Known& known = place->second;
     // What could not be opened is tried again: permissions are no part of the signature.
     if (!isNew && !known.isUnreadable && known.signature == file.signature) continue;
@@ -76,7 +79,7 @@ bool CalendarFiles::update(const std::vector<CalendarPlace::File>& files, Calend
 
 bool CalendarFiles::read(const CalendarPlace::File& file, Known& known, CalendarContents& contents, ICalZones& zones,
                          const Report& report) {
-  const std::string& path = file.path.native();
+  const std::string& path = file.path;
   known.signature = file.signature;
   const FileText found = textOfFile(path);
   known.isUnreadable = !found.obstacle.empty();
@@ -95,15 +98,15 @@ bool CalendarFiles::read(const CalendarPlace::File& file, Known& known, Calendar
 
   std::vector<std::string> problems;
   std::size_t moreProblems = 0;
-  ICalFile content = readICalFile(found.text, file.path.filename().native(), zones,
-                                  [&](std::string_view place, const std::string& what) {
-                                    if (problems.size() == kProblemsNamedPerFile) {
-                                      ++moreProblems;
-                                      return;
-                                    }
-                                    const auto line = std::count(found.text.data(), place.data(), '\n') + 1;
-                                    problems.push_back(path + ":" + std::to_string(line) + ": " + what);
-                                  });
+  ICalFile content =
+      readICalFile(found.text, nameIn(file.path), zones, [&](std::string_view place, const std::string& what) {
+        if (problems.size() == kProblemsNamedPerFile) {
+          ++moreProblems;
+          return;
+        }
+        const auto line = std::count(found.text.data(), place.data(), '\n') + 1;
+        problems.push_back(path + ":" + std::to_string(line) + ": " + what);
+      });
   if (known.takenWhole && !content.whole) return keep(tr("is not a whole calendar, but perhaps half-written"));
   known.obstacle.clear();
   known.taken = file.signature;

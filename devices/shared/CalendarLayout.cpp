@@ -13,9 +13,13 @@
 #include <fstream>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace hushmode::devices {
 
@@ -46,8 +50,48 @@ struct Listing {
   bool holdsCalendar() const { return hasDisplayName || hasColor || !calendarFiles.empty(); }
 };
 
+/// A name in a folder, and what was found under it.
+struct Entry {
+  std::string path;
+  CalendarFileSignature signature;
+  mode_t mode = 0;
+  int error = 0;
+};
+
 CalendarFileSignature signatureOf(const struct stat& status) {
   return {status.st_ino, static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+/// `nameAt` is where in their paths the names begin.
+void lookAt(int folder, std::size_t nameAt, std::span<Entry> entries) {
+  for (Entry& each : entries) {
+    struct stat status {};
+    if (fstatat(folder, each.path.c_str() + nameAt, &status, 0) != 0) {
+      each.error = errno;
+      continue;
+    }
+    each.signature = signatureOf(status);
+    each.mode = status.st_mode;
+  }
+}
+
+/// The same, shared out among threads where it is worth that: most of the time to look at a large calendar goes into
+/// these calls.
+void lookAtAll(int folder, std::size_t nameAt, std::span<Entry> entries) {
+  constexpr std::size_t kWorthAThread = 2'000, kMostThreads = 4;
+  const std::size_t shares = std::clamp<std::size_t>(
+      std::min<std::size_t>(entries.size() / kWorthAThread, std::thread::hardware_concurrency()), 1, kMostThreads);
+  std::vector<std::jthread> threads;
+  for (std::size_t share = 1; share < shares; ++share) {
+    const std::size_t first = entries.size() * share / shares, last = entries.size() * (share + 1) / shares;
+    const auto part = entries.subspan(first, last - first);
+    try {
+      threads.emplace_back([=] { lookAt(folder, nameAt, part); });
+    } catch (const std::system_error&) {
+      lookAt(folder, nameAt, part);  // No thread to be had.
+    }
+  }
+  lookAt(folder, nameAt, entries.first(entries.size() / shares));
 }
 
 /// Root may write everything: what has no write permission for anybody is read-only even so.
@@ -90,36 +134,40 @@ class Scan {
  private:
   /// A folder in the root: an account or a calendar.
   void addFolder(const fs::path& folder) {
-    const std::optional<Listing> listing = list(folder);
+    std::optional<Listing> listing = list(folder);
     if (!listing) return;
     bool isAccount = false;
     for (const std::string& name : listing->folders) {
-      const std::optional<Listing> inner = list(folder / name);
+      std::optional<Listing> inner = list(folder / name);
       if (!inner) continue;
       around_.pop_back();
       if (!inner->holdsCalendar()) continue;
-      addCalendar(folder / name, *inner);
+      addCalendar(folder / name, std::move(*inner));
       isAccount = true;
     }
     around_.pop_back();
     if (isAccount) {
       addFiles(folder, *listing);
     } else if (listing->holdsCalendar()) {
-      addCalendar(folder, *listing);
+      addCalendar(folder, std::move(*listing));
     }
   }
 
-  void addCalendar(const fs::path& folder, const Listing& listing) {
+  void addCalendar(const fs::path& folder, Listing listing) {
     const std::string displayName = listing.hasDisplayName ? displayNameIn(folder) : "";
     places_.push_back({identifierOf(folder), titleOf(folder.parent_path()), displayName, folder.filename().string(),
-                       isWritable(folder), listing.calendarFiles});
+                       isWritable(folder), std::move(listing.calendarFiles)});
   }
 
   /// Each file that lies in the root or in an account is a calendar.
   void addFiles(const fs::path& folder, const Listing& listing) {
     for (const CalendarPlace::File& file : listing.calendarFiles) {
-      places_.push_back(
-          {identifierOf(file.path), titleOf(folder), "", file.path.stem().string(), isWritable(file.path), {file}});
+      places_.push_back({identifierOf(file.path),
+                         titleOf(folder),
+                         "",
+                         fs::path(file.path).stem().string(),
+                         isWritable(file.path),
+                         {file}});
     }
   }
 
@@ -129,7 +177,7 @@ class Scan {
     const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), closedir);
     struct stat self {};
     if (!open || fstat(dirfd(open.get()), &self) != 0) {
-      reportError(folder);
+      reportError(folder, errno);
       return std::nullopt;
     }
     const FolderIdentity identity{self.st_dev, self.st_ino};
@@ -139,24 +187,31 @@ class Scan {
     }
     around_.push_back(identity);
     Listing listing;
-    while (const dirent* entry = readdir(open.get())) addEntry(folder, dirfd(open.get()), entry->d_name, listing);
-    std::sort(listing.calendarFiles.begin(), listing.calendarFiles.end(),
-              [](const auto& a, const auto& b) { return a.path.native() < b.path.native(); });
+    std::vector<Entry> entries;
+    while (const dirent* entry = readdir(open.get())) {
+      if (entry->d_name[0] != '.') entries.push_back({folder.native() + '/' + entry->d_name, {}});
+    }
+    const std::size_t nameAt = folder.native().size() + 1;
+    lookAtAll(dirfd(open.get()), nameAt, entries);
+    for (Entry& each : entries) addEntry(std::move(each), nameAt, listing);
+    // What comes before the name is the same for all: ten thousand files are looked at in each call of some programs.
+    std::sort(listing.calendarFiles.begin(), listing.calendarFiles.end(), [nameAt](const auto& a, const auto& b) {
+      return std::string_view(a.path).substr(nameAt) < std::string_view(b.path).substr(nameAt);
+    });
     std::sort(listing.folders.begin(), listing.folders.end());
     return listing;
   }
 
-  void addEntry(const fs::path& folder, int descriptor, std::string_view name, Listing& listing) {
-    if (name.starts_with('.')) return;
-    struct stat status {};
-    if (fstatat(descriptor, name.data(), &status, 0) != 0) {
+  void addEntry(Entry entry, std::size_t nameAt, Listing& listing) {
+    const std::string_view name = std::string_view(entry.path).substr(nameAt);
+    if (entry.error != 0) {
       // A name may vanish between the listing and the look at it; a link that leads nowhere stays.
-      if (errno != ENOENT) reportError(folder / name);
-    } else if (S_ISDIR(status.st_mode)) {
+      if (entry.error != ENOENT) reportError(entry.path, entry.error);
+    } else if (S_ISDIR(entry.mode)) {
       listing.folders.emplace_back(name);
-    } else if (S_ISREG(status.st_mode) && name.ends_with(kSuffix)) {
-      listing.calendarFiles.push_back({folder / name, signatureOf(status)});
-    } else if (S_ISREG(status.st_mode)) {
+    } else if (S_ISREG(entry.mode) && name.ends_with(kSuffix)) {
+      listing.calendarFiles.push_back({std::move(entry.path), entry.signature});
+    } else if (S_ISREG(entry.mode)) {
       listing.hasDisplayName = listing.hasDisplayName || name == kDisplayNameFile;
       listing.hasColor = listing.hasColor || name == kColorFile;
     }
@@ -166,8 +221,8 @@ class Scan {
 
   static std::string titleOf(const fs::path& folder) { return folder.filename().string(); }
 
-  void reportError(const fs::path& path) const {
-    report_(tr("{0}: cannot be looked into: {1}", path.string(), std::strerror(errno)));
+  void reportError(const fs::path& path, int error) const {
+    report_(tr("{0}: cannot be looked into: {1}", path.string(), std::strerror(error)));
   }
 
   fs::path root_;

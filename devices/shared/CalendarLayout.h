@@ -21,7 +21,7 @@ struct CalendarFileSignature {
 /// Where a calendar lies in the folder of calendars.
 struct CalendarPlace {
   struct File {
-    std::filesystem::path path;
+    std::string path;
     CalendarFileSignature signature;
   };
   std::string identifier;    ///< Path below the root, with "/".

@@ -31,8 +31,8 @@ void CalendarUpdate::readChanged() {
   std::set<std::string_view> gone;
   for (const auto& [path, file] : oldFiles_) gone.insert(path);
   for (const auto& file : place_.files) {
-    gone.erase(file.path.native());
-    if (!isSettled(file)) chosen_.insert(file.path.native());
+    gone.erase(file.path);
+    if (!isSettled(file)) chosen_.insert(file.path);
   }
   for (const std::string_view path : gone) touchOld(path, touched);
   for (std::size_t before = chosen_.size() + 1; before != chosen_.size();) {
@@ -41,15 +41,15 @@ void CalendarUpdate::readChanged() {
     readChosen();
     contents_.forEachEntry([&](const std::string&, const ICalEntry& entry) { touched.insert(entry.uidHash); });
     for (const auto& file : place_.files) {
-      if (!chosen_.contains(file.path.native()) && isTouched(file.path.native(), touched)) {
-        chosen_.insert(file.path.native());
+      if (!chosen_.contains(file.path) && isTouched(file.path, touched)) {
+        chosen_.insert(file.path);
       }
     }
   }
 }
 
 void CalendarUpdate::readAll() {
-  for (const auto& file : place_.files) chosen_.insert(file.path.native());
+  for (const auto& file : place_.files) chosen_.insert(file.path);
   readChosen();
 }
 
@@ -79,12 +79,12 @@ void CalendarUpdate::addTo(CalendarCache& cache, const std::string& identifier, 
   NewFiles newFiles;
   for (const auto& file : place_.files) {
     const auto index = static_cast<std::uint32_t>(cache.files.size());
-    if (chosen_.contains(file.path.native())) {
-      const auto& own = uids[file.path.native()];
+    if (chosen_.contains(file.path)) {
+      const auto& own = uids[file.path];
       cache.files.push_back(read(file, own, now, cache));
       for (const std::uint64_t uid : own) fileOfUid.emplace(uid, index);
     } else {
-      const auto* old = oldFiles_.at(file.path.native());
+      const auto* old = oldFiles_.at(file.path);
       newFiles.emplace(old, index);
       cache.files.push_back(copied(*old, cache));
     }
@@ -98,7 +98,7 @@ void CalendarUpdate::addTo(CalendarCache& cache, const std::string& identifier, 
 }
 
 bool CalendarUpdate::isSettled(const CalendarPlace::File& file) const {
-  const auto place = oldFiles_.find(file.path.native());
+  const auto place = oldFiles_.find(file.path);
   return place != oldFiles_.end() && place->second->settled && place->second->signature == file.signature;
 }
 
@@ -118,7 +118,7 @@ bool CalendarUpdate::isTouched(std::string_view path, const Uids& touched) const
 void CalendarUpdate::readChosen() {
   std::vector<CalendarPlace::File> files;
   for (const auto& file : place_.files) {
-    if (chosen_.contains(file.path.native())) files.push_back(file);
+    if (chosen_.contains(file.path)) files.push_back(file);
   }
   files_.update(files, contents_, zones_, [this](const std::string& line) { note(line); });
 }
@@ -146,7 +146,7 @@ CalendarCache::File CalendarUpdate::copied(const CalendarCache::File& old, Calen
 
 CalendarCache::File CalendarUpdate::read(const CalendarPlace::File& file, const std::vector<std::uint64_t>& uids,
                                          std::int64_t now, CalendarCache& cache) const {
-  const std::string& path = file.path.native();
+  const std::string& path = file.path;
   const auto problems = problems_.find(path);
   CalendarCache::File made;
   made.signature = file.signature;

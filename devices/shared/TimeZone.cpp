@@ -22,9 +22,10 @@ constexpr std::int64_t kLargestOffset = 16 * 3600;
 /// Instants beyond this are taken for it, so that sums stay inside 64 bits.
 constexpr std::int64_t kFarthest = std::int64_t{1} << 61;
 
-/// The instants whose offsets are looked up in a table; the few outside are asked of GLib, which searches linearly.
-constexpr std::int64_t kTableBegin = -2'208'988'800;  // 1900-01-01
-constexpr std::int64_t kTableEnd = 4'102'444'800;     // 2100-01-01
+/// The instants whose offsets are looked up in a table; the few outside are asked of GLib, which searches linearly. The
+/// table is made anew in each process, of which some live for a moment only.
+constexpr std::int64_t kTableBegin = 0;            // 1970-01-01
+constexpr std::int64_t kTableEnd = 2'240'524'800;  // 2041-01-01
 
 /// A zone as GLib reads it from the system's database, transitions by rule included.
 class GlibZone {
@@ -68,15 +69,22 @@ struct Span {
   std::int64_t offset;
 };
 
+/// An instant, and the interval that it lies in.
+struct Probe {
+  std::int64_t instant;
+  GlibZone::Interval interval;
+};
+
 /// Appends the spans that begin in (`first`, `last`], found by halving wherever the two ends lie in different
 /// intervals.
-void appendSpans(const GlibZone& zone, std::int64_t first, std::int64_t last, std::vector<Span>& spans) {
-  if (zone.intervalAt(first) == zone.intervalAt(last)) return;
-  if (last - first == 1) {
-    spans.push_back({last, zone.offsetAt(last)});
+void appendSpans(const GlibZone& zone, const Probe& first, const Probe& last, std::vector<Span>& spans) {
+  if (first.interval == last.interval) return;
+  if (last.instant - first.instant == 1) {
+    spans.push_back({last.instant, zone.offsetAt(last.instant)});
     return;
   }
-  const std::int64_t middle = first + (last - first) / 2;
+  const std::int64_t instant = first.instant + (last.instant - first.instant) / 2;
+  const Probe middle{instant, zone.intervalAt(instant)};
   appendSpans(zone, first, middle, spans);
   appendSpans(zone, middle, last, spans);
 }
@@ -85,7 +93,7 @@ class DatabaseZone : public TimeZone {
  public:
   DatabaseZone(std::string name, GlibZone zone) : name_(std::move(name)), zone_(std::move(zone)) {
     spans_.push_back({kTableBegin, zone_.offsetAt(kTableBegin)});
-    appendSpans(zone_, kTableBegin, kTableEnd, spans_);
+    appendSpans(zone_, {kTableBegin, zone_.intervalAt(kTableBegin)}, {kTableEnd, zone_.intervalAt(kTableEnd)}, spans_);
   }
 
   const std::string& name() const override { return name_; }
