@@ -285,8 +285,9 @@ void BinaryCheck::list() {
     }
     const std::size_t child = reference(step.object, step.next);
     const Extent& extent = extents_[child];
-    if (extent.state == Extent::State::Open)
+    if (extent.state == Extent::State::Open) {
       fail(step.object.at, tr("expected a tree, found a container inside itself"));
+    }
     if (extent.state == Extent::State::Unseen) {
       enter(child);  // May move the path; a container comes back to this reference when it is known.
       continue;
