@@ -40,7 +40,7 @@ def environment(language):
             "XDG_STATE_HOME": str(home / "state"), "XDG_DATA_HOME": str(home / "data"),
             "XDG_CACHE_HOME": str(home / "cache"), "XDG_RUNTIME_DIR": str(home), "TZ": "Europe/Berlin",
             "DBUS_SESSION_BUS_ADDRESS": BUS, "LOCPATH": str(FOLDER), "LC_ALL": language,
-            "HUSHMODE_LOCALE": LOCALES, "COLUMNS": "100"}
+            "HUSHMODE_LOCALE": LOCALES, "COLUMNS": "100", "LSAN_OPTIONS": os.environ.get("LSAN_OPTIONS", "")}
 
 
 def run(language, *arguments):
