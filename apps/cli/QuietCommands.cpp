@@ -9,6 +9,7 @@
 #include "apps/client/Json.h"
 #include "apps/client/OwnCalendar.h"
 #include "apps/client/ProfileStore.h"
+#include "apps/client/UserTime.h"
 #include "apps/profiles/DayNames.h"
 #include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
@@ -21,7 +22,6 @@
 #include "util/Numbers.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iostream>
 #include <memory>
 
@@ -105,22 +105,26 @@ void requireWholeDay(const Dictionary& profile) {
          titleOf(profile), windowText(profile)));
 }
 
+void warnUnless(bool noticed) {
+  if (noticed) return;
+  std::cerr << "hushmode: " << tr("the daemon has not noticed it yet; see hushmode doctor") << '\n';
+}
+
 int quiet(const Options& options) {
   const int minutes = parseLength(options.length);
   const auto store = ProfileStore::open();
   const auto profile = chosenProfile(*store, options.profile);
   requireWholeDay(profile);
   if (!store->isEnabled()) throw InputError(tr("Hush Mode is off; switch it on with: hushmode on"));
-  using namespace std::chrono;
-  const Date now(duration<double>(system_clock::now().time_since_epoch()).count());
+  if (!store->isLive())
+    throw ServiceError(tr("the daemon does not run; start it with: systemctl --user start hushmoded"));
+  const Date now = wallClock();
   const Date end = now.addingSeconds(minutes * 60);
   follow(*store, profile);
-  OwnCalendar::addQuiet(titleOf(profile), now, end);
+  warnUnless(OwnCalendar::addQuiet(titleOf(profile), now, end));
   std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile),
                   simulation::minuteTime(end, *simulation::zoneNamed(std::nullopt)))
             << '\n';
-  if (!store->isLive())
-    throw ServiceError(tr("the daemon does not run; start it with: systemctl --user start hushmoded"));
   return Done;
 }
 
@@ -161,7 +165,7 @@ int schedule(const Options& options) {
   const auto profile = profileNamed(store->list(), options.profile);
   requireWholeDay(profile);
   follow(*store, profile);
-  OwnCalendar::addHours(titleOf(profile), *minuteOfDay(*start), *minuteOfDay(*end), days);
+  warnUnless(OwnCalendar::addHours(titleOf(profile), *minuteOfDay(*start), *minuteOfDay(*end), days));
   std::cout << tr("\"{0}\" is quiet from {1}.", titleOf(profile), options.hours) << '\n';
   return Done;
 }

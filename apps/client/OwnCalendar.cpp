@@ -5,6 +5,8 @@
 
 #include "apps/client/Daemon.h"
 #include "apps/client/Places.h"
+#include "apps/client/UserTime.h"
+#include "devices/linux/base/Variants.h"
 #include "devices/words/Text.h"
 
 #include <algorithm>
@@ -16,6 +18,7 @@
 #include <fstream>
 #include <functional>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace hushmode::cli {
@@ -32,11 +35,6 @@ std::string utcStamp(Date date) {
   ::gmtime_r(&seconds, &parts);
   char text[32];
   return {text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &parts)};
-}
-
-Date now() {
-  using namespace std::chrono;
-  return Date(duration<double>(system_clock::now().time_since_epoch()).count());
 }
 
 /// As RFC 5545 section 3.3.11 has texts.
@@ -78,11 +76,15 @@ std::string nameOf(const std::string& kind, const std::string& profile) {
   return fmt::format("{}-{:016x}", kind, std::hash<std::string>()(profile));
 }
 
-void write(const std::string& name, const std::vector<std::string>& properties) {
+/// Writes the file of one event, and answers the event's identifier: a new one each time, by which it can be told from
+/// what was there before.
+std::string write(const std::string& name, const std::vector<std::string>& properties) {
+  const Date now = wallClock();
+  const std::string uid = fmt::format("{}-{:.0f}", name, now.secondsSince1970() * 1000);
   std::error_code ignored;
   std::filesystem::create_directories(folder(), ignored);
   std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
-  text += folded("UID:" + name) + folded("DTSTAMP:" + utcStamp(now()));
+  text += folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));
   for (const std::string& each : properties) text += folded(each);
   text += "END:VEVENT\r\nEND:VCALENDAR\r\n";
   const std::string path = (folder() / (name + ".ics")).string(), temporary = (folder() / ("." + name)).string();
@@ -96,6 +98,24 @@ void write(const std::string& name, const std::vector<std::string>& properties) 
     ::unlink(temporary.c_str());
     fail();
   }
+  return uid;
+}
+
+/// The daemon notices a file some moments after it was written; until then nothing that it is asked knows of it. True
+/// when it has, or when none runs.
+bool isNoticed(const std::string& uid) {
+  const auto daemon = Daemon::running();
+  if (!daemon) return true;
+  constexpr double span = 8 * 86400;  // Quiet hours on one day of the week are in it.
+  const auto arguments =
+      devices::argumentsOf(wallClock().secondsSince1970() - span, wallClock().secondsSince1970() + span);
+  for (int tries = 0; tries < 100; ++tries) {
+    for (const auto& each : daemon->ask<bus::Dictionaries>("ListEvents", arguments)) {
+      if (devices::textOf(each, "uid") == uid) return true;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  }
+  return false;
 }
 
 /// A local date and clock time before now, on one of the days: quiet hours over midnight then hold tonight already. Of
@@ -105,7 +125,7 @@ std::string localStamp(int minute, const std::vector<std::string>& days) {
   constexpr double day = 86400;
   std::tm parts{};
   for (int back = 1; back <= 7; ++back) {
-    const auto seconds = static_cast<std::time_t>(now().addingSeconds(-back * day).secondsSince1970());
+    const auto seconds = static_cast<std::time_t>(wallClock().addingSeconds(-back * day).secondsSince1970());
     ::localtime_r(&seconds, &parts);
     if (days.empty() || std::find(days.begin(), days.end(), names[parts.tm_wday]) != days.end()) break;
   }
@@ -126,23 +146,24 @@ std::string propertyOf(const std::string& text, const std::string& name) {
 
 }  // namespace
 
-void OwnCalendar::addQuiet(const std::string& profile, Date from, Date to) {
-  write(nameOf("quiet", profile),
-        {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to), "SUMMARY:" + escaped(tr("Quiet for a while")),
-         "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile)});
+bool OwnCalendar::addQuiet(const std::string& profile, Date from, Date to) {
+  return isNoticed(write(nameOf("quiet", profile), {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to),
+                                                    "SUMMARY:" + escaped(tr("Quiet for a while")), "STATUS:CONFIRMED",
+                                                    "X-HUSHMODE-PROFILE:" + escaped(profile)}));
 }
 
-void OwnCalendar::addHours(const std::string& profile, int startMinute, int endMinute,
+bool OwnCalendar::addHours(const std::string& profile, int startMinute, int endMinute,
                            const std::vector<std::string>& days) {
   const int length = (endMinute - startMinute + 24 * 60) % (24 * 60);
   std::string list;
   for (const std::string& each : days) list += (list.empty() ? "" : ",") + each;
-  write(nameOf("hours", profile),
-        {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
-         list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list, "SUMMARY:" + escaped(tr("Quiet hours")),
-         "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile),
-         "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
-         "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)});
+  return isNoticed(
+      write(nameOf("hours", profile),
+            {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
+             list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list,
+             "SUMMARY:" + escaped(tr("Quiet hours")), "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile),
+             "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
+             "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}));
 }
 
 std::vector<OwnEvent> OwnCalendar::list() {

@@ -25,11 +25,14 @@ class OwnCalendar {
   /// As profiles name it.
   static constexpr const char* identifier = "folder:Hush Mode";
 
-  /// Adds one event. Throws ServiceError when it cannot be written. Replaces an event of the same kind and profile.
-  static void addQuiet(const std::string& profile, platform::Date from, platform::Date to);
+  // Each adds one event, in the place of one of the same kind and profile, and waits until a running daemon has noticed
+  // it: false when it has not after some seconds. Throws ServiceError when it cannot be written.
+
+  /// One span.
+  static bool addQuiet(const std::string& profile, platform::Date from, platform::Date to);
   /// Quiet hours in local time, each day or on the days given by RFC 5545's names ("MO"); over midnight when they end
   /// before they begin.
-  static void addHours(const std::string& profile, int startMinute, int endMinute,
+  static bool addHours(const std::string& profile, int startMinute, int endMinute,
                        const std::vector<std::string>& days);
   static std::vector<OwnEvent> list();
   /// Removes the quiet hours of that profile; false when there are none.

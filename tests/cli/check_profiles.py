@@ -207,7 +207,7 @@ class Commands(unittest.TestCase):
         self.done("on")
         self.assertIn("Nothing is quiet now.", self.done("status"))
         status = json.loads(self.done("status", "--json"))
-        self.assertEqual((status["Version"], status["Enabled"], status["Applied"]), (1, True, []))
+        self.assertEqual((status["Version"], status["Enabled"], status["Applied"]), (2, True, []))
         self.assertIn("Work", self.done("calendars"))
         self.assertIn("Nothing was switched", self.done("log"))
         self.done("off")
