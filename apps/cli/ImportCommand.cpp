@@ -91,10 +91,8 @@ std::vector<ProfileEdit> editsOf(const std::vector<ProfileDifference>& list) {
 
 /// From here on until the end of the program it cannot be interrupted: it is quick, and half of it helps nobody.
 void refuseInterruption() {
-  sigset_t interruptions;
-  sigemptyset(&interruptions);
-  for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&interruptions, each);
-  ::sigprocmask(SIG_BLOCK, &interruptions, nullptr);
+  // Ignored, and not blocked: the bus has a thread of its own, which a blocked signal would go to instead.
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) std::signal(each, SIG_IGN);
 }
 
 int import(const Options& options) {

@@ -10,6 +10,7 @@
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -77,9 +78,14 @@ void runEditor(const std::filesystem::path& file) {
   const char* visual = std::getenv("VISUAL");
   const char* editor = visual && *visual ? visual : std::getenv("EDITOR");
   const std::string command = std::string(editor && *editor ? editor : "editor") + " \"$1\"";
+  // What Ctrl-C means is the editor's to say; what it edits is removed when it fails.
+  const auto interrupted = std::signal(SIGINT, SIG_IGN);
+  const auto quitted = std::signal(SIGQUIT, SIG_IGN);
   const pid_t child = ::fork();
   if (child < 0) throw ServiceError(tr("the editor could not be started"));
   if (child == 0) {
+    std::signal(SIGINT, interrupted);
+    std::signal(SIGQUIT, quitted);
     // Through the shell, as everybody does it: the variable may hold options.
     ::execl("/bin/sh", "sh", "-c", command.c_str(), "sh", file.c_str(), static_cast<char*>(nullptr));
     ::_exit(127);
@@ -87,7 +93,13 @@ void runEditor(const std::filesystem::path& file) {
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
-  if (status != 0) throw ServiceError(tr("the editor did not end well; nothing was changed"));
+  if (status != 0) std::filesystem::remove(file);
+  std::signal(SIGINT, interrupted);
+  std::signal(SIGQUIT, quitted);
+  if (status == 0) return;
+  // The shell that ran us is to know that it was the user.
+  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) std::raise(SIGINT);
+  throw ServiceError(tr("the editor did not end well; nothing was changed"));
 }
 
 }  // namespace
