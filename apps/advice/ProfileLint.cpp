@@ -98,7 +98,7 @@ class ProfileLinter {
     std::string gone;
     for (const std::string& each : rules_.calendars) {
       // Our own calendar is made with its first event.
-      if (isKnown(each) || !isJudged(each) || each == OwnCalendar::identifier) {
+      if (isKnown(each) || !isJudged(each) || OwnCalendar::isOwn(each)) {
         remaining.push_back(each);
       } else {
         gone += (gone.empty() ? "" : ", ") + each;

@@ -5,6 +5,7 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/client/Json.h"
+#include "apps/client/OwnCalendar.h"
 #include "apps/client/Places.h"
 #include "apps/client/ProfileStore.h"
 #include "apps/profiles/ProfileEditor.h"
@@ -168,18 +169,22 @@ int add(const Options& options) {
       {"playBackVolume", 0.0}, {"vibrate", true}, {"showOnStatusBar", true}, {"allDayEventsIgnored", true}};
   std::vector<std::string> writable;
   for (const KnownCalendar& each : knownCalendars()) {
-    if (each.writable) writable.push_back(each.identifier);
+    // Quiet hours of another profile are none of this one's.
+    if (each.writable && !OwnCalendar::isOwn(each.identifier)) writable.push_back(each.identifier);
   }
   profile.set("calendarIdentifiers", arrayOf(writable));
   for (const auto& [key, value] : changesOf(options)) profile.set(key, value);
   store->add(profile);
-  tellSaved(*store, tr("Added \"{}\".", options.name));
+  tellSaved(*store, tr("Added \"{}\".", harmless(options.name)));
   return Done;
 }
 
 int edit(const Options& options) {
   const auto store = ProfileStore::open();
   const auto profile = profileNamed(store->list(), options.name);
+  if (options.editor && !changesOf(options).empty()) {
+    throw InputError(tr("--editor and other settings exclude each other"));
+  }
   const auto changes = options.editor ? editedInEditor(profile, knownCalendars()) : changesOf(options);
   if (changes.empty()) {
     if (!options.editor) throw InputError(tr("nothing to change; see hushmode profile edit --help"));
@@ -187,7 +192,7 @@ int edit(const Options& options) {
     return Done;
   }
   store->update(identifierOf(profile), changes);
-  tellSaved(*store, tr("Changed \"{}\".", titleOf(profile)));
+  tellSaved(*store, tr("Changed \"{}\".", harmless(titleOf(profile))));
   return Done;
 }
 
@@ -195,7 +200,8 @@ int remove(const Options& options) {
   const auto store = ProfileStore::open();
   const auto profile = profileNamed(store->list(), options.name);
   store->remove(identifierOf(profile));
-  tellSaved(*store, tr("Removed \"{}\".", titleOf(profile)));
+  OwnCalendar(identifierOf(profile), titleOf(profile)).remove();
+  tellSaved(*store, tr("Removed \"{}\".", harmless(titleOf(profile))));
   return Done;
 }
 
@@ -211,6 +217,11 @@ int copy(const Options& options) {
   const auto store = ProfileStore::open();
   Dictionary profile = profileNamed(store->list(), options.name);
   for (const char* own : {"identifier", "applied", "updatedDate"}) profile.remove(own);
+  if (profile.find("calendarIdentifiers")) {
+    auto calendars = textsOf(profile.find("calendarIdentifiers"));
+    std::erase_if(calendars, OwnCalendar::isOwn);  // Quiet hours are not copied.
+    profile.set("calendarIdentifiers", arrayOf(calendars));
+  }
   profile.set("title", options.newTitle);
   store->add(profile);
   tellSaved(*store, tr("Copied \"{0}\" to \"{1}\".", options.name, options.newTitle));

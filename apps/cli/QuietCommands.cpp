@@ -84,13 +84,15 @@ Dictionary chosenProfile(ProfileStore& store, const std::string& name) {
   return enabled.front();
 }
 
-/// The profile follows our calendar from now on, and takes part.
+OwnCalendar calendarOf(const Dictionary& profile) { return {identifierOf(profile), titleOf(profile)}; }
+
+/// The profile follows its own calendar from now on, and takes part.
 void follow(ProfileStore& store, const Dictionary& profile) {
   Dictionary changes;
   if (!booleanMeaning(profile.find("enabled"))) changes.set("enabled", true);
   const auto* value = profile.find("calendarIdentifiers");
   Array identifiers = value && value->as<Array>() ? *value->as<Array>() : Array();
-  const platform::Value own(OwnCalendar::identifier);
+  const platform::Value own(calendarOf(profile).identifier());
   if (std::find(identifiers.begin(), identifiers.end(), own) == identifiers.end()) {
     identifiers.push_back(own);
     changes.set("calendarIdentifiers", identifiers);
@@ -121,7 +123,7 @@ int quiet(const Options& options) {
   const Date now = wallClock();
   const Date end = now.addingSeconds(minutes * 60);
   follow(*store, profile);
-  warnUnless(OwnCalendar::addQuiet(titleOf(profile), now, end));
+  warnUnless(calendarOf(profile).addQuiet(now, end));
   std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile),
                   simulation::minuteTime(end, *simulation::zoneNamed(std::nullopt)))
             << '\n';
@@ -148,7 +150,7 @@ int schedule(const Options& options) {
   if (options.list) return listSchedules(options);
   if (options.profile.empty()) throw InputError(tr("schedule: expected the title of a profile, or --list"));
   if (options.remove) {
-    if (!OwnCalendar::removeHours(options.profile)) {
+    if (!calendarOf(profileNamed(ProfileStore::open()->list(), options.profile)).removeHours()) {
       throw InputError(tr("\"{}\" has no quiet hours; see hushmode schedule --list", options.profile));
     }
     std::cout << tr("\"{}\" has no quiet hours any more.", options.profile) << '\n';
@@ -165,7 +167,7 @@ int schedule(const Options& options) {
   const auto profile = profileNamed(store->list(), options.profile);
   requireWholeDay(profile);
   follow(*store, profile);
-  warnUnless(OwnCalendar::addHours(titleOf(profile), *minuteOfDay(*start), *minuteOfDay(*end), days));
+  warnUnless(calendarOf(profile).addHours(*minuteOfDay(*start), *minuteOfDay(*end), days));
   std::cout << tr("\"{0}\" is quiet from {1}.", titleOf(profile), options.hours) << '\n';
   return Done;
 }

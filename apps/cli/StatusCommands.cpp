@@ -51,9 +51,16 @@ std::string when(Date date, const devices::TimeZone& zone) {
 int setEnabled(bool enabled) {
   const auto store = ProfileStore::open();
   store->setEnabled(enabled);
-  std::cout << (enabled ? tr("Hush Mode is on.") : tr("Hush Mode is off; everything is as it was.")) << '\n';
-  if (!store->isLive() && enabled) {
-    std::cout << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
+  if (enabled) {
+    std::cout << tr("Hush Mode is on.") << '\n';
+    if (!store->isLive()) {
+      std::cout << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
+    }
+  } else if (store->isLive()) {
+    std::cout << tr("Hush Mode is off; within some seconds everything is as it was.") << '\n';
+  } else {
+    std::cout << tr("Hush Mode is off. What a daemon that died has left quiet comes back with: hushmode rescue")
+              << '\n';
   }
   return Done;
 }

@@ -8,6 +8,7 @@
 #include "apps/client/UserTime.h"
 #include "devices/linux/base/Variants.h"
 #include "devices/words/Text.h"
+#include "util/Numbers.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -27,7 +28,8 @@ using platform::Date;
 
 namespace {
 
-std::filesystem::path folder() { return calendarFolder() / "Hush Mode"; }
+/// The account that they make up.
+constexpr std::string_view account = "Hush Mode";
 
 std::string utcStamp(Date date) {
   const auto seconds = static_cast<std::time_t>(date.secondsSince1970());
@@ -72,23 +74,9 @@ std::string folded(std::string line) {
   return result + line + "\r\n";
 }
 
-std::string nameOf(const std::string& kind, const std::string& profile) {
-  return fmt::format("{}-{:016x}", kind, std::hash<std::string>()(profile));
-}
-
-/// Writes the file of one event, and answers the event's identifier: a new one each time, by which it can be told from
-/// what was there before.
-std::string write(const std::string& name, const std::vector<std::string>& properties) {
-  const Date now = wallClock();
-  const std::string uid = fmt::format("{}-{:.0f}", name, now.secondsSince1970() * 1000);
-  std::error_code ignored;
-  std::filesystem::create_directories(folder(), ignored);
-  std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
-  text += folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));
-  for (const std::string& each : properties) text += folded(each);
-  text += "END:VEVENT\r\nEND:VCALENDAR\r\n";
-  const std::string path = (folder() / (name + ".ics")).string(), temporary = (folder() / ("." + name)).string();
-  const auto fail = [&] { throw ServiceError(tr("{0} cannot be written: {1}", path, std::strerror(errno))); };
+void replaceFile(const std::filesystem::path& path, const std::string& text) {
+  const std::string temporary = (path.parent_path() / ("." + path.filename().string())).string();
+  const auto fail = [&] { throw ServiceError(tr("{0} cannot be written: {1}", path.string(), std::strerror(errno))); };
   const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
   if (file < 0) fail();
   const bool written =
@@ -98,7 +86,6 @@ std::string write(const std::string& name, const std::vector<std::string>& prope
     ::unlink(temporary.c_str());
     fail();
   }
-  return uid;
 }
 
 /// The daemon notices a file some moments after it was written; until then nothing that it is asked knows of it. True
@@ -146,36 +133,68 @@ std::string propertyOf(const std::string& text, const std::string& name) {
 
 }  // namespace
 
-bool OwnCalendar::addQuiet(const std::string& profile, Date from, Date to) {
-  return isNoticed(write(nameOf("quiet", profile), {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to),
-                                                    "SUMMARY:" + escaped(tr("Quiet for a while")), "STATUS:CONFIRMED",
-                                                    "X-HUSHMODE-PROFILE:" + escaped(profile)}));
+std::string OwnCalendar::identifier() const { return fmt::format("{}{}/{}", folderPrefix, account, profile_); }
+
+bool OwnCalendar::isOwn(std::string_view identifier) {
+  return identifier.starts_with(fmt::format("{}{}/", folderPrefix, account));
 }
 
-bool OwnCalendar::addHours(const std::string& profile, int startMinute, int endMinute,
-                           const std::vector<std::string>& days) {
+std::filesystem::path OwnCalendar::folder() const { return calendarFolder() / account / std::to_string(profile_); }
+
+/// Writes the file of one event, and answers the event's identifier: a new one each time, by which it can be told from
+/// what was there before.
+std::string OwnCalendar::write(const std::string& kind, const std::vector<std::string>& properties) const {
+  const Date now = wallClock();
+  const std::string uid = fmt::format("{}-{}-{:.0f}", kind, profile_, now.secondsSince1970() * 1000);
+  std::error_code ignored;  // Then the file cannot be written.
+  std::filesystem::create_directories(folder(), ignored);
+  replaceFile(folder() / "displayname", title_ + "\n");
+  std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
+  text += folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));
+  for (const std::string& each : properties) text += folded(each);
+  replaceFile(folder() / (kind + ".ics"), text + "END:VEVENT\r\nEND:VCALENDAR\r\n");
+  return uid;
+}
+
+bool OwnCalendar::addQuiet(Date from, Date to) const {
+  return isNoticed(write(
+      "quiet", {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to), "SUMMARY:" + escaped(tr("Quiet for a while")),
+                "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(title_)}));
+}
+
+bool OwnCalendar::addHours(int startMinute, int endMinute, const std::vector<std::string>& days) const {
   const int length = (endMinute - startMinute + 24 * 60) % (24 * 60);
   std::string list;
   for (const std::string& each : days) list += (list.empty() ? "" : ",") + each;
-  return isNoticed(
-      write(nameOf("hours", profile),
-            {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
-             list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list,
-             "SUMMARY:" + escaped(tr("Quiet hours")), "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(profile),
-             "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
-             "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}));
+  return isNoticed(write(
+      "hours", {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
+                list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list,
+                "SUMMARY:" + escaped(tr("Quiet hours")), "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(title_),
+                "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
+                "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}));
+}
+
+bool OwnCalendar::removeHours() const {
+  std::error_code none;
+  return std::filesystem::remove(folder() / "hours.ics", none);
+}
+
+void OwnCalendar::remove() const {
+  std::error_code none;
+  std::filesystem::remove_all(folder(), none);
 }
 
 std::vector<OwnEvent> OwnCalendar::list() {
   std::vector<OwnEvent> events;
   std::error_code none;
-  for (const auto& entry : std::filesystem::directory_iterator(folder(), none)) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(calendarFolder() / account, none)) {
     if (entry.path().extension() != ".ics") continue;
     std::ifstream file(entry.path(), std::ios::binary);
     std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     for (auto place = text.find("\r\n "); place != std::string::npos; place = text.find("\r\n ")) text.erase(place, 3);
     OwnEvent event{propertyOf(text, "UID"),
                    propertyOf(text, "SUMMARY"),
+                   leadingInteger(entry.path().parent_path().filename().string()),
                    propertyOf(text, "X-HUSHMODE-PROFILE"),
                    {},
                    propertyOf(text, "X-HUSHMODE-DAYS")};
@@ -184,10 +203,6 @@ std::vector<OwnEvent> OwnCalendar::list() {
   }
   std::sort(events.begin(), events.end(), [](const auto& a, const auto& b) { return a.profile < b.profile; });
   return events;
-}
-
-bool OwnCalendar::removeHours(const std::string& profile) {
-  return std::filesystem::remove(folder() / (nameOf("hours", profile) + ".ics"));
 }
 
 }  // namespace hushmode::cli

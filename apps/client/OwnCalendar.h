@@ -5,38 +5,58 @@
 
 #include "platform/Date.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
-/// Hush Mode's own calendar: a folder of iCalendar files beside the user's, through which "quiet from now on" and quiet
-/// hours are events like all others.
+/// Hush Mode's own calendars, one for each profile that needs it: folders of iCalendar files beside the user's, through
+/// which "quiet from now on" and quiet hours are events like all others.
 namespace hushmode::cli {
 
 struct OwnEvent {
   std::string uid, title;
-  std::string profile;               ///< The title of the profile that it was made for.
+  std::int64_t owner = 0;            ///< The identifier of the profile that it was made for.
+  std::string profile;               ///< That profile's title, at that time.
   std::optional<std::string> hours;  ///< Of quiet hours: "22:00-06:00".
   std::string days;                  ///< Of quiet hours: "daily", or "mon,tue".
 };
 
+/// The calendar of one profile.
 class OwnCalendar {
  public:
-  /// As profiles name it.
-  static constexpr const char* identifier = "folder:Hush Mode";
+  OwnCalendar(std::int64_t profile, std::string title) : profile_(profile), title_(std::move(title)) {}
 
-  // Each adds one event, in the place of one of the same kind and profile, and waits until a running daemon has noticed
-  // it: false when it has not after some seconds. Throws ServiceError when it cannot be written.
+  /// As profiles name it.
+  std::string identifier() const;
+
+  // Each adds one event, in the place of one of the same kind, and waits until a running daemon has noticed it: false
+  // when it has not after some seconds. Throws ServiceError when it cannot be written.
 
   /// One span.
-  static bool addQuiet(const std::string& profile, platform::Date from, platform::Date to);
+  bool addQuiet(platform::Date from, platform::Date to) const;
   /// Quiet hours in local time, each day or on the days given by RFC 5545's names ("MO"); over midnight when they end
   /// before they begin.
-  static bool addHours(const std::string& profile, int startMinute, int endMinute,
-                       const std::vector<std::string>& days);
+  bool addHours(int startMinute, int endMinute, const std::vector<std::string>& days) const;
+  /// Removes the quiet hours; false when there are none.
+  bool removeHours() const;
+  /// Removes the calendar, if there is one.
+  void remove() const;
+
+  /// The events of all profiles, ordered by the profile's title.
   static std::vector<OwnEvent> list();
-  /// Removes the quiet hours of that profile; false when there are none.
-  static bool removeHours(const std::string& profile);
+  /// Whether a calendar is one of these.
+  static bool isOwn(std::string_view identifier);
+
+ private:
+  std::filesystem::path folder() const;
+  std::string write(const std::string& kind, const std::vector<std::string>& properties) const;
+
+  std::int64_t profile_;
+  std::string title_;
 };
 
 }  // namespace hushmode::cli

@@ -164,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"GoneButOnANetwork",
              together({with("calendarIdentifiers", Array{"folder:Wrok"}), with("wifiNetworks", Array{"Office"})}),
              "calendar-gone", Warning, "folder:Wrok", "hushmode calendars"},
-        Case{"OurOwnCalendarNeedNotBeThere", with("calendarIdentifiers", Array{"folder:Work", "folder:Hush Mode"}),
+        Case{"OurOwnCalendarNeedNotBeThere", with("calendarIdentifiers", Array{"folder:Work", "folder:Hush Mode/1"}),
              nullptr},
         Case{"AnAccountThatIsGone", with("calendarIdentifiers", Array{"folder:Work", "eds:work"}), "calendar-gone",
              Warning, "eds:work", "hushmode profile edit Office --calendars Work"},

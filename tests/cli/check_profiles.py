@@ -135,7 +135,7 @@ class Commands(unittest.TestCase):
 
     def own_events(self):
         folder = self.folder / "data/hushmode/calendars/Hush Mode"
-        return [path.read_text() for path in sorted(folder.glob("*.ics"))]
+        return [path.read_text() for path in sorted(folder.glob("*/*.ics"))]
 
     def test_quiet_hours_are_events_of_our_own_calendar(self):
         self.done("profile", "add", "Night", "--calendars", "Home")
@@ -144,7 +144,7 @@ class Commands(unittest.TestCase):
         [event] = self.own_events()
         for line in ("DURATION:PT465M", "RRULE:FREQ=WEEKLY;BYDAY=MO", "T223000"):
             self.assertIn(line, event)
-        self.assertEqual(self.profiles()["Night"]["calendarIdentifiers"], ["folder:Home", "folder:Hush Mode"])
+        self.assertEqual(self.profiles()["Night"]["calendarIdentifiers"], ["folder:Home", f"folder:Hush Mode/{self.profiles()['Night']['identifier']}"])
         self.assertEqual(json.loads(self.done("schedule", "--list", "--json")),
                          {"profile": "Night", "hours": "22:30-06:15", "days": "MO"})
         occurrences = self.done("events", "--calendars", self.folder / "data/hushmode/calendars", "--from", "2030-01-01",
@@ -154,6 +154,27 @@ class Commands(unittest.TestCase):
         self.done("schedule", "Night", "--remove")
         self.assertEqual(self.own_events(), [])
         self.refused("schedule", "Night", "--remove", says=["no quiet hours"])
+
+    def test_quiet_hours_are_those_of_one_profile(self):
+        self.done("on")
+        self.done("profile", "add", "Night", "--calendars", "Home")
+        self.done("schedule", "Night", "00:00-23:59")
+        for arguments in (("add", "Day"), ("copy", "Night", "Twin")):
+            self.done("profile", *arguments)
+        calendars = {title: each["calendarIdentifiers"] for title, each in self.profiles().items()}
+        self.assertEqual([len([each for each in calendars[title] if "Hush Mode" in each])
+                          for title in ("Night", "Day", "Twin")], [1, 0, 0])
+        switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
+        self.assertEqual({each["profile"] for each in switches if each["reason"] == '"Quiet hours"'}, {"Night"})
+        self.assertIn("Night", self.done("calendars"))
+        self.done("profile", "remove", "Night")
+        self.assertEqual(self.own_events(), [])
+        self.assertIn("no quiet hours", self.done("schedule", "--list"))
+
+    def test_the_editor_and_other_settings_exclude_each_other(self):
+        self.done("profile", "add", "Work", "--icon", "on")
+        self.refused("profile", "edit", "Work", "--editor", "--icon", "off", says=["--editor"])
+        self.assertTrue(self.profiles()["Work"]["showOnStatusBar"])
 
     def test_hours_that_are_none_are_refused(self):
         self.done("profile", "add", "Night")
