@@ -5,10 +5,10 @@
 
 #include <array>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <limits>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <type_traits>
 #include <unistd.h>
@@ -134,6 +134,14 @@ bool writeWhole(int file, const char* bytes, std::size_t size) {
   return true;
 }
 
+/// Whether no other process writes this file now, nor has given it its final name meanwhile.
+bool isAlone(int file, const std::string& path) {
+  struct stat opened {
+  }, named{};
+  return ::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
+         opened.st_ino == named.st_ino;
+}
+
 }  // namespace
 
 CalendarCache::Text CalendarCache::keep(std::string_view text) {
@@ -181,10 +189,11 @@ bool CalendarCache::save(const std::filesystem::path& path, std::string_view key
 
   std::error_code unmade;  // Then opening fails.
   std::filesystem::create_directories(path.parent_path(), unmade);
-  // Each of several writers has a file of its own. The titles of events are nobody else's business: mode 0600.
-  std::string temporary = path.string() + ".XXXXXX";
-  const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file) return false;
+  // Always of the same name, so that what an interrupted writer leaves is the next one's to write. The titles of events
+  // are nobody else's business: mode 0600.
+  const std::string temporary = path.string() + ".new";
+  const Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!file || !isAlone(file.number(), temporary) || ::ftruncate(file.number(), 0) != 0) return false;
   const Header header{kMagic, XXH3_64bits(bytes.data(), bytes.size()), bytes.size()};
   // Not synced: what a loss of power leaves of it does not fit its hash.
   const bool written = writeWhole(file.number(), reinterpret_cast<const char*>(&header), sizeof header) &&

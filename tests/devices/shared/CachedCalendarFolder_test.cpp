@@ -186,6 +186,15 @@ TEST_F(CachedCalendarFolderTest, KeepsItsCacheFromOthersEyes) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(cache().parent_path()), {}), 1) << "no temporary file";
 }
 
+TEST_F(CachedCalendarFolderTest, WritesOverWhatAnInterruptedWriterLeft) {
+  write("work/a.ics", calendarText("a"));
+  files.write("cache/calendars.cache.new", std::string(100'000, 'x'));
+  answer();
+  EXPECT_EQ(answer(), truth());
+  EXPECT_EQ(filesRead, 0U);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(cache().parent_path()), {}), 1);
+}
+
 TEST_F(CachedCalendarFolderTest, TakesADamagedCacheForNone) {
   for (int number = 0; number < 20; ++number) {
     write("work/" + std::to_string(number) + ".ics", calendarText(std::to_string(number)));
