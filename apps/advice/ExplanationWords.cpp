@@ -19,7 +19,8 @@ std::string titleOf(const KnownEvent& event) { return harmless(event.title.value
 
 /// "08:00 to 18:00".
 std::string windowSpan(const Explanation& explanation, const TimeZone& zone) {
-  return tr("{0} to {1}", minuteText(explanation.windowStart, zone), minuteText(explanation.windowEnd, zone));
+  return tr("{0} to {1}", simulation::minuteTime(explanation.windowStart, zone),
+            simulation::minuteTime(explanation.windowEnd, zone));
 }
 
 std::string list(const std::vector<std::string>& names) {
@@ -116,7 +117,7 @@ std::string spanOf(const KnownEvent& event, Date at, const TimeZone& zone) {
 /// Why it is off, in a sentence.
 std::string whyOff(const Explanation& explanation, const TimeZone& zone) {
   const std::string title = harmless(explanation.rules.title);
-  const std::string at = minuteText(explanation.moment.at, zone);
+  const std::string at = simulation::minuteTime(explanation.moment.at, zone);
   switch (*explanation.failed) {
     case Condition::MasterSwitch:
       return tr("{0} is off at {1}: Hush Mode is off.", title, at);
@@ -155,7 +156,7 @@ std::string nextText(const Explanation& explanation, const TimeZone& zone) {
   if (!explanation.next) return {};
   const Change& next = *explanation.next;
   const bool today = isSameDay(next.at, at, zone);
-  const std::string when = today ? minuteText(next.at, zone) : momentText(next.at, at, zone);
+  const std::string when = today ? simulation::minuteTime(next.at, zone) : momentText(next.at, at, zone);
   if (!next.on) return today ? tr("It goes off at {}.", when) : tr("It goes off on {}.", when);
   if (!next.event)
     return today ? tr("Next: on at {}, on its network.", when) : tr("Next: on {}, on its network.", when);
@@ -174,7 +175,7 @@ void printLine(std::ostream& out, const Terminal& terminal, const Answer& answer
 
 std::string conclusion(const Explanation& explanation, const TimeZone& zone) {
   const std::string title = harmless(explanation.rules.title);
-  const std::string at = minuteText(explanation.moment.at, zone);
+  const std::string at = simulation::minuteTime(explanation.moment.at, zone);
   const std::string first = !explanation.on ? whyOff(explanation, zone)
                             : explanation.onFor
                                 ? tr("{0} is on at {1} for \"{2}\".", title, at, titleOf(*explanation.onFor))
@@ -189,9 +190,9 @@ void print(std::ostream& out, const Terminal& terminal, const Explanation& expla
   const ProfileRules& rules = explanation.rules;
   const Date at = explanation.moment.at;
   using enum Answer::Mark;
-  out << terminal.styled(
-             tr("{0}, {1}, {2}", harmless(rules.title), simulation::dayHeading(at, zone), minuteText(at, zone)),
-             Style::Bold)
+  out << terminal.styled(tr("{0}, {1}, {2}", harmless(rules.title), simulation::dayHeading(at, zone),
+                            simulation::minuteTime(at, zone)),
+                         Style::Bold)
       << "\n\n";
   const auto line = [&](Condition condition, const Answer& answer) {
     printLine(out, terminal, answer, explanation.failed == condition);

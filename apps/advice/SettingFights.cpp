@@ -80,8 +80,8 @@ void lintFights(const LintSubject& subject, const std::vector<ProfileRules>& rul
       findings.push_back(
           {Severity::Warning, "profiles-fight",
            tr("\"{0}\" and \"{1}\" are both on, first on {2}, {3}, and differ: {4}. The one that goes on later holds.",
-              rules[one].title, rules[other].title, simulation::dayHeading(*first, zone), minuteText(*first, zone),
-              difference.text),
+              rules[one].title, rules[other].title, simulation::dayHeading(*first, zone),
+              simulation::minuteTime(*first, zone), difference.text),
            editCommand(rules[other], difference.options)});
     }
   }

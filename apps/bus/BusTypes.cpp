@@ -4,39 +4,34 @@
 #include "apps/bus/BusTypes.h"
 
 #include "apps/words/Words.h"
+#include "devices/linux/base/Variants.h"
 #include "host/ProfileCheck.h"
 
 #include <optional>
 
 namespace hushmode::bus {
 
+using devices::variantOf;
 using platform::Array;
 using platform::Date;
 using platform::Value;
 
 namespace {
 
-template <class T>
-Glib::VariantBase variant(const T& value) {
-  return Glib::Variant<T>::create(value);
-}
-
-Glib::VariantBase text(const std::string& value) { return variant(Glib::ustring(value)); }
-
 Glib::VariantBase list(const Array& array) {
   std::vector<Glib::ustring> texts;
   for (const Value& each : array) {
     if (const auto* entry = each.as<std::string>()) texts.emplace_back(*entry);
   }
-  return variant(texts);
+  return variantOf(texts);
 }
 
 std::optional<Glib::VariantBase> busForm(const Value& value) {
-  if (const auto* flag = value.as<bool>()) return variant(*flag);
-  if (const auto* number = value.as<std::int64_t>()) return variant(static_cast<gint64>(*number));
-  if (const auto* real = value.as<double>()) return variant(*real);
-  if (const auto* string = value.as<std::string>()) return text(*string);
-  if (const auto* date = value.as<Date>()) return variant(date->secondsSince1970());
+  if (const auto* flag = value.as<bool>()) return variantOf(*flag);
+  if (const auto* number = value.as<std::int64_t>()) return variantOf(static_cast<gint64>(*number));
+  if (const auto* real = value.as<double>()) return variantOf(*real);
+  if (const auto* string = value.as<std::string>()) return variantOf(*string);
+  if (const auto* date = value.as<Date>()) return variantOf(date->secondsSince1970());
   if (const auto* array = value.as<Array>()) return list(*array);
   return std::nullopt;
 }
@@ -100,33 +95,34 @@ platform::Dictionary profileFrom(const Dictionary& given) {
 
 /// For people in the daemon's language, and for programs.
 static void addReason(Dictionary& form, const host::Reason& reason) {
-  form.emplace("reason", text(inWords(reason)));
-  form.emplace("cause", text(std::string(host::codeOf(reason.kind))));
-  if (reason.about) form.emplace("about", text(*reason.about));
+  form.emplace("reason", variantOf(inWords(reason)));
+  form.emplace("cause", variantOf(std::string(host::codeOf(reason.kind))));
+  if (reason.about) form.emplace("about", variantOf(*reason.about));
 }
 
 Dictionary busForm(const host::Switch& each) {
-  Dictionary form{{"date", variant(each.at.secondsSince1970())},
-                  {"profile", text(each.profile)},
-                  {"identifier", variant(static_cast<gint64>(each.identifier))},
-                  {"on", variant(each.on)},
-                  {"change", text(each.withNext ? "" : inWords(host::difference(each.before, each.after)))}};
+  Dictionary form{
+      {"date", variantOf(each.at.secondsSince1970())},
+      {"profile", variantOf(each.profile)},
+      {"identifier", variantOf(static_cast<gint64>(each.identifier))},
+      {"on", variantOf(each.on)},
+      {"change", variantOf(each.withNext ? std::string() : inWords(host::difference(each.before, each.after)))}};
   addReason(form, each.reason);
   return form;
 }
 
 Dictionary busForm(const host::AppliedProfile& each) {
-  Dictionary form{{"identifier", variant(static_cast<gint64>(each.identifier))},
-                  {"title", text(each.title)},
-                  {"since", variant(each.since.secondsSince1970())}};
+  Dictionary form{{"identifier", variantOf(static_cast<gint64>(each.identifier))},
+                  {"title", variantOf(each.title)},
+                  {"since", variantOf(each.since.secondsSince1970())}};
   addReason(form, each.reason);
-  if (each.until) form.emplace("until", variant(each.until->secondsSince1970()));
+  if (each.until) form.emplace("until", variantOf(each.until->secondsSince1970()));
   return form;
 }
 
 Dictionary busForm(const host::PlannedWakeUp& each) {
-  Dictionary form{{"date", variant(each.date.secondsSince1970())}};
-  if (each.profile) form.emplace("profile", variant(static_cast<gint64>(*each.profile)));
+  Dictionary form{{"date", variantOf(each.date.secondsSince1970())}};
+  if (each.profile) form.emplace("profile", variantOf(static_cast<gint64>(*each.profile)));
   return form;
 }
 

@@ -8,6 +8,7 @@
 
 #include <glibmm/variant.h>
 #include <map>
+#include <tuple>
 #include <vector>
 
 /// The forms that Hush Mode's values take on the bus.
@@ -15,6 +16,8 @@ namespace hushmode::bus {
 
 using Dictionary = std::map<Glib::ustring, Glib::VariantBase>;
 using Dictionaries = std::vector<Dictionary>;
+/// Of each service of the phone whether it works, and a text for people.
+using ServiceStates = std::map<Glib::ustring, std::tuple<bool, Glib::ustring>>;
 
 /// A profile as its file has it. Dates are seconds since 1970; data and nested dictionaries are left out.
 Dictionary busForm(const platform::Dictionary& profile);

@@ -20,15 +20,12 @@
 #include "devices/words/Text.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <langinfo.h>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace hushmode::cli {
@@ -64,9 +61,8 @@ Forecast forecastOf(const Options& options) {
   const auto store = ProfileStore::open();
   // The next day's own plan is not part of it.
   const Date end = simulation::beginningOfLocalDay(begin, *zone, static_cast<int>(options.days)).addingSeconds(-0.001);
-  if (!store->isEnabled()) std::cerr << "hushmode: " << tr("Hush Mode is off; this is what it would do") << '\n';
-  return forecast(store->list(), begin, end, zone,
-                  [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
+  if (!store->isEnabled()) complain(tr("Hush Mode is off; this is what it would do"));
+  return forecast(store->list(), begin, end, zone, complain);
 }
 
 /// Told before the forecast is made, which may take a while.
@@ -90,19 +86,6 @@ void writePicture(const std::string& path, const std::string& picture) {
   }
 }
 
-/// Of the terminal; what COLUMNS says goes before, as everywhere.
-std::size_t columnsOfOutput() {
-  constexpr std::size_t most = 1000;
-  std::size_t columns = 0;
-  if (const char* set = std::getenv("COLUMNS")) {
-    const std::string_view text(set);
-    std::from_chars(text.data(), text.data() + text.size(), columns);
-  }
-  winsize size{};
-  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
-  return columns == 0 ? BlockCanvas().columns : std::min(columns, most);
-}
-
 int drawn(const Options& options) {
   if (!options.svg.empty() && options.svg != "-") requireFilePlace(options.svg);
   const Forecast made = forecastOf(options);
@@ -111,8 +94,10 @@ int drawn(const Options& options) {
     writePicture(options.svg, agendaSvg(days, *made.zone, wallClock()));
     return Done;
   }
+  constexpr std::size_t most = 1000;
+  const std::size_t columns = std::min(columnsOfOutput().value_or(BlockCanvas().columns), most);
   const bool blocks = std::string_view(::nl_langinfo(CODESET)) == "UTF-8";
-  std::cout << agendaBlocks(days, *made.zone, wallClock(), {Terminal::of(STDOUT_FILENO), columnsOfOutput(), blocks});
+  std::cout << agendaBlocks(days, *made.zone, wallClock(), {Terminal::of(STDOUT_FILENO), columns, blocks});
   return Done;
 }
 

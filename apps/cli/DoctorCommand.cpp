@@ -16,7 +16,6 @@
 #include "apps/terminal/Terminal.h"
 #include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
-#include "devices/shared/CalendarFolder.h"
 #include "devices/words/Text.h"
 
 #include <algorithm>
@@ -56,9 +55,8 @@ using Lines = std::vector<Line>;
 void add(Lines& lines, Area area, Finding finding) { lines.push_back({area, {}, std::move(finding)}); }
 
 std::vector<ServiceStatus> servicesOf(const bus::Dictionary& properties) {
-  using States = std::map<Glib::ustring, std::tuple<bool, Glib::ustring>>;
   std::vector<ServiceStatus> services;
-  for (const auto& [name, state] : valueOf<States>(properties, "Services").value_or(States())) {
+  for (const auto& [name, state] : valueOf<bus::ServiceStates>(properties, "Services").value_or(bus::ServiceStates())) {
     services.push_back({name.raw(), std::get<0>(state), std::get<1>(state).raw()});
   }
   return services;
@@ -100,15 +98,10 @@ void lookAtCalendarFolder(Lines& lines, Date from, Date to, const devices::TimeZ
   const auto folder = calendarFolder();
   std::error_code error;
   if (!std::filesystem::is_directory(folder, error)) return;
-  devices::CalendarFolder calendars(
-      folder,
-      [&](const std::string& line) {
-        add(lines, Area::Calendar,
-            {Warning, "calendar-unreadable", line, tr("Mend that file, or take it out of {}", folder.string())});
-      },
-      folderPrefix);
-  calendars.rescan();
-  calendars.occurrences(from, to, zone);
+  eventsInFolder(from, to, zone, [&](const std::string& line) {
+    add(lines, Area::Calendar,
+        {Warning, "calendar-unreadable", line, tr("Mend that file, or take it out of {}", folder.string())});
+  });
 }
 
 std::vector<platform::Dictionary> profilesIn(ProfileStore& store, Lines& lines) {

@@ -95,8 +95,7 @@ int listEvents(const Options& options) {
     throw InputError(tr("calendars: {0}: {1}; expected a folder of iCalendar files", options.calendars,
                         error ? error.message() : tr("not a folder")));
   }
-  devices::CalendarFolder folder(options.calendars,
-                                 [](const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; });
+  devices::CalendarFolder folder(options.calendars, complain);
   folder.rescan();
   const auto found = folder.occurrences(span.from, span.to, *span.zone);
   if (!options.json) {

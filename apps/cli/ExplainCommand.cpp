@@ -29,8 +29,6 @@ struct Options {
   bool verbose = false, json = false;
 };
 
-void complain(const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; }
-
 /// The network that the phone is on at this moment, as the daemon sees it.
 void lookAtNetwork(Moment& moment) {
   const auto networks = knownNetworks();

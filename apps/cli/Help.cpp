@@ -8,10 +8,7 @@
 #include "devices/words/Text.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 namespace hushmode::cli {
 
@@ -54,11 +51,8 @@ std::vector<std::string> linesOf(const std::string& text) {
 }  // namespace
 
 std::size_t helpColumns() {
-  std::size_t columns = 0;
-  winsize size{};
-  if (const char* given = std::getenv("COLUMNS")) columns = std::strtoul(given, nullptr, 10);
-  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
-  return columns == 0 ? usualColumns : std::clamp(columns, leastColumns, mostColumns);
+  const auto columns = columnsOfOutput();
+  return columns ? std::clamp(*columns, leastColumns, mostColumns) : usualColumns;
 }
 
 std::string fullName(const CLI::App& command) {

@@ -7,9 +7,9 @@
 #include "apps/client/ProfileStore.h"
 #include "apps/profiles/ImportedProfiles.h"
 #include "apps/profiles/ProfileDifference.h"
+#include "apps/profiles/ProfileWords.h"
 #include "apps/terminal/Terminal.h"
 #include "devices/words/Text.h"
-#include "util/Numbers.h"
 
 #include <algorithm>
 #include <csignal>
@@ -19,7 +19,6 @@
 
 namespace hushmode::cli {
 
-using platform::Array;
 using platform::Dictionary;
 using Kind = ProfileDifference::Kind;
 
@@ -35,9 +34,7 @@ std::vector<std::string> notesOnCalendars(const std::vector<ProfileDifference>& 
                                           const std::vector<KnownCalendar>& known) {
   std::vector<std::string> notes;
   for (const ProfileDifference& each : list) {
-    const auto* value = each.changes.find("calendarIdentifiers");
-    for (const auto& identifier : value && value->as<Array>() ? *value->as<Array>() : Array()) {
-      const auto text = textMeaning(&identifier).value_or("");
+    for (const std::string& text : textsOf(each.changes.find("calendarIdentifiers"))) {
       const bool isKnown =
           std::any_of(known.begin(), known.end(), [&](const auto& other) { return other.identifier == text; });
       if (isKnown) continue;
@@ -115,15 +112,15 @@ int import(const Options& options) {
     refuseInterruption();
     store->apply(edits);
   }
-  for (const std::string& each : notes) std::cerr << "hushmode: " << harmless(each) << '\n';
+  for (const std::string& each : notes) complain(each);
   for (const ProfileDifference& each : list) print(each, calendars, options);
   if (options.json) return Done;
   if (edits.empty()) std::cout << tr("There is nothing to change.") << '\n';
   if (options.dryRun && !edits.empty()) {
     std::cout << tr("Nothing was changed; without --dry-run it will be.") << '\n';
   }
-  if (!options.dryRun && !edits.empty() && !store->isLive()) {
-    std::cout << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
+  if (!options.dryRun && !edits.empty()) {
+    tellUnlessLive(*store, std::cout);
   }
   return Done;
 }

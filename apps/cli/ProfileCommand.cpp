@@ -37,25 +37,7 @@ struct Options {
   std::optional<std::string> window, calendars, networks, title;
 };
 
-std::vector<std::string> textsOf(const Value* value) {
-  std::vector<std::string> texts;
-  if (const Array* array = value ? value->as<Array>() : nullptr) {
-    for (const Value& each : *array) texts.push_back(textMeaning(&each).value_or(""));
-  }
-  return texts;
-}
-
-Array arrayOf(const std::vector<std::string>& texts) {
-  Array array;
-  for (const std::string& each : texts) array.emplace_back(each);
-  return array;
-}
-
-std::string joined(const std::vector<std::string>& texts) {
-  std::string line;
-  for (const std::string& each : texts) line += (line.empty() ? "" : ", ") + each;
-  return line.empty() ? tr("none") : line;
-}
+std::string listed(const std::vector<std::string>& texts) { return texts.empty() ? tr("none") : joined(texts); }
 
 /// Networks need not be known yet, but a near miss is said.
 void hintAtNetworks(const std::vector<std::string>& names) {
@@ -66,13 +48,10 @@ void hintAtNetworks(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     if (std::find(titles.begin(), titles.end(), name) != titles.end()) continue;
     const std::string near = simulation::nearestOf(name, titles);
-    std::cerr << "hushmode: "
-              << (near.empty()
-                      ? tr("the phone has never joined a network called \"{}\"; it is kept all the same", name)
-                      : tr("the phone has never joined a network called \"{0}\", but one called \"{1}\"; it is "
-                           "kept as you wrote it",
-                           name, near))
-              << '\n';
+    complain(near.empty() ? tr("the phone has never joined a network called \"{}\"; it is kept all the same", name)
+                          : tr("the phone has never joined a network called \"{0}\", but one called \"{1}\"; it is "
+                               "kept as you wrote it",
+                               name, near));
   }
 }
 
@@ -148,17 +127,15 @@ int show(const Options& options) {
             << (booleanMeaning(profile.find("applied")) ? "  " + terminal.styled(tr("on now"), Style::Green) : "")
             << '\n';
   line("window", windowText(profile));
-  line("calendars", profile.find("calendarIdentifiers") ? joined(titles) : tr("all that can be written to"));
-  line("networks", joined(textsOf(profile.find("wifiNetworks"))));
+  line("calendars", profile.find("calendarIdentifiers") ? listed(titles) : tr("all that can be written to"));
+  line("networks", listed(textsOf(profile.find("wifiNetworks"))));
   for (const Setting& setting : profileSettings()) line(setting.word, settingText(setting, profile));
   return Done;
 }
 
 void tellSaved(const ProfileStore& store, const std::string& text) {
   std::cout << text << '\n';
-  if (!store.isLive()) {
-    std::cout << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
-  }
+  tellUnlessLive(store, std::cout);
 }
 
 int add(const Options& options) {

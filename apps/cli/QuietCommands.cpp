@@ -109,7 +109,7 @@ void requireWholeDay(const Dictionary& profile) {
 
 void warnUnless(bool noticed) {
   if (noticed) return;
-  std::cerr << "hushmode: " << tr("the daemon has not noticed it yet; see hushmode doctor") << '\n';
+  complain(tr("the daemon has not noticed it yet; see hushmode doctor"));
 }
 
 int quiet(const Options& options) {
@@ -118,15 +118,12 @@ int quiet(const Options& options) {
   const auto profile = chosenProfile(*store, options.profile);
   requireWholeDay(profile);
   if (!store->isEnabled()) throw InputError(tr("Hush Mode is off; switch it on with: hushmode on"));
-  if (!store->isLive())
-    throw ServiceError(tr("the daemon does not run; start it with: systemctl --user start hushmoded"));
+  if (!store->isLive()) Daemon::required();
   const Date now = wallClock();
   const Date end = now.addingSeconds(minutes * 60);
   follow(*store, profile);
   warnUnless(calendarOf(profile).addQuiet(now, end));
-  std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile),
-                  simulation::minuteTime(end, *simulation::zoneNamed(std::nullopt)))
-            << '\n';
+  std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile), simulation::minuteTime(end, *userZone())) << '\n';
   return Done;
 }
 

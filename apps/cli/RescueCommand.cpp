@@ -72,11 +72,10 @@ int leaveToDaemon(const Daemon& daemon, const Options& options) {
       devices::valueOf<bus::Dictionaries>(daemon.properties(), "Applied").value_or(bus::Dictionaries());
   if (!applied.empty()) {
     const auto title = devices::valueOf<Glib::ustring>(applied.back(), "title").value_or("").raw();
-    std::cerr << "hushmode: "
-              << tr("the daemon runs, and \"{}\" is on; hushmode status tells for what. To have everything back at "
-                    "once: hushmode off",
-                    harmless(title))
-              << '\n';
+    complain(tr(
+        "the daemon runs, and \"{}\" is on; hushmode status tells for what. To have everything back at once: hushmode "
+        "off",
+        title));
     return No;
   }
   if (!isLedgerOpen(devices::Folders::ofUser())) return nothingToDo(options);

@@ -6,6 +6,7 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Timeline.h"
 #include "apps/client/Json.h"
+#include "apps/client/UserTime.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
@@ -62,17 +63,12 @@ class Progress {
   bool terminal_ = isTerminal(STDERR_FILENO), shown_ = false;
 };
 
-platform::Date today() {
-  using namespace std::chrono;
-  return platform::Date(duration<double>(system_clock::now().time_since_epoch()).count());
-}
-
 Scenario scenarioOf(const Options& options) {
   if (options.scenario) return simulation::readScenario(*options.scenario, options.given);
   if (!options.given.profiles || !options.given.calendars) {
     throw InputError(tr("simulate: expected a scenario file, or both --profiles and --calendars"));
   }
-  return simulation::scenarioFrom(options.given, today());
+  return simulation::scenarioFrom(options.given, wallClock());
 }
 
 int simulate(const Options& options) {
@@ -83,7 +79,7 @@ int simulate(const Options& options) {
 
   simulation::Audience audience;
   audience.decisions = options.json || options.verbose;
-  audience.complaint = [](const std::string& text) { std::cerr << "hushmode: " << harmless(text) << '\n'; };
+  audience.complaint = complain;
   audience.progress = [&](platform::Date date) { progress.reached(date); };
   if (options.json) {
     audience.entry = [&](const devices::RecordEntry& entry) { std::cout << lineOf(jsonOf(entry, *zone)) << '\n'; };

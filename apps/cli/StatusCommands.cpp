@@ -9,6 +9,7 @@
 #include "apps/client/Places.h"
 #include "apps/client/ProfileStore.h"
 #include "apps/client/UserTime.h"
+#include "apps/profiles/MomentText.h"
 #include "apps/simulation/TimeText.h"
 #include "apps/terminal/Terminal.h"
 #include "apps/words/Words.h"
@@ -41,21 +42,12 @@ std::optional<Date> date(const bus::Dictionary& each, const char* key) {
   return seconds ? std::optional(Date(*seconds)) : std::nullopt;
 }
 
-/// "14:30" today, else with the day: "Tuesday, 24 November 2026, 14:30".
-std::string when(Date date, const devices::TimeZone& zone) {
-  const std::string clock = simulation::minuteTime(date, zone);
-  const std::string day = simulation::dayHeading(date, zone);
-  return day == simulation::dayHeading(wallClock(), zone) ? clock : tr("{0}, {1}", day, clock);
-}
-
 int setEnabled(bool enabled) {
   const auto store = ProfileStore::open();
   store->setEnabled(enabled);
   if (enabled) {
     std::cout << tr("Hush Mode is on.") << '\n';
-    if (!store->isLive()) {
-      std::cout << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
-    }
+    tellUnlessLive(*store, std::cout);
   } else if (store->isLive()) {
     std::cout << tr("Hush Mode is off; within some seconds everything is as it was.") << '\n';
   } else {
@@ -91,8 +83,7 @@ Json jsonOf(const Glib::VariantBase& value, const devices::TimeZone& zone) {
     for (const auto& each : *entries) list.push_back(jsonOf(each, zone));
     return list;
   }
-  using States = std::map<Glib::ustring, std::tuple<bool, Glib::ustring>>;
-  if (const auto states = valueOf<States>(value)) {
+  if (const auto states = valueOf<bus::ServiceStates>(value)) {
     Json services = Json::object();
     for (const auto& [name, state] : *states) {
       services[name.raw()] = {{"works", std::get<0>(state)}, {"detail", std::get<1>(state).raw()}};
@@ -123,19 +114,18 @@ int status(const Options& options) {
     const std::string title = terminal.styled(harmless(text(each, "title")), Style::Bold);
     const std::string reason = harmless(bus::reasonText(each));
     const auto until = date(each, "until");
-    std::cout << (until ? tr("{0} is on for {1}, until {2}.", title, reason, when(*until, *zone))
+    std::cout << (until ? tr("{0} is on for {1}, until {2}.", title, reason, momentText(*until, wallClock(), *zone))
                         : tr("{0} is on for {1}.", title, reason))
               << '\n';
   }
   const auto armed = valueOf<bus::Dictionaries>(properties, "Armed").value_or(bus::Dictionaries());
   const auto next = std::find_if(armed.begin(), armed.end(), [](const auto& each) { return each.contains("profile"); });
   if (next != armed.end()) {
-    std::cout << tr("The next switch is planned for {}.", when(*date(*next, "date"), *zone)) << '\n';
+    std::cout << tr("The next switch is planned for {}.", momentText(*date(*next, "date"), wallClock(), *zone)) << '\n';
   } else {
     std::cout << tr("No other switch is planned today.") << '\n';
   }
-  using States = std::map<Glib::ustring, std::tuple<bool, Glib::ustring>>;
-  for (const auto& [name, state] : valueOf<States>(properties, "Services").value_or(States())) {
+  for (const auto& [name, state] : valueOf<bus::ServiceStates>(properties, "Services").value_or(bus::ServiceStates())) {
     const auto& [works, detail] = state;
     if (!works) {
       std::cout << terminal.styled(tr("{0} rests: {1}", serviceText(name.raw()), harmless(detail.raw())), Style::Yellow)

@@ -6,11 +6,11 @@
 #include "apps/client/Daemon.h"
 #include "apps/client/UserTime.h"
 #include "devices/linux/base/Variants.h"
+#include "devices/linux/core/Folders.h"
 #include "devices/shared/CachedCalendarFolder.h"
 #include "devices/words/Text.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <tuple>
 
 namespace hushmode::cli {
@@ -39,14 +39,12 @@ std::vector<KnownEvent> listedBy(const Daemon& daemon, Date from, Date to) {
 }
 
 std::filesystem::path cacheFile() {
-  const char* cache = std::getenv("XDG_CACHE_HOME");
-  const char* home = std::getenv("HOME");
-  const std::filesystem::path folder =
-      cache && *cache == '/' ? cache : std::filesystem::path(home ? home : "/") / ".cache";
-  return folder / "hushmode" / "calendars.cache";
+  return devices::baseDirectory("XDG_CACHE_HOME", ".cache") / "hushmode" / "calendars.cache";
 }
 
-KnownEvents inFolder(Date from, Date to, const devices::TimeZone& zone, const Complaint& complaint) {
+}  // namespace
+
+KnownEvents eventsInFolder(Date from, Date to, const devices::TimeZone& zone, const Complaint& complaint) {
   devices::CachedCalendarFolder folder({calendarFolder(), cacheFile(), folderPrefix, HUSHMODE_VERSION}, complaint,
                                        wallClock());
   KnownEvents known;
@@ -61,11 +59,9 @@ KnownEvents inFolder(Date from, Date to, const devices::TimeZone& zone, const Co
   return known;
 }
 
-}  // namespace
-
 KnownEvents knownEvents(Date from, Date to, const devices::TimeZone& zone, const Complaint& complaint) {
   const auto daemon = Daemon::running();
-  if (!daemon) return inFolder(from, to, zone, complaint);
+  if (!daemon) return eventsInFolder(from, to, zone, complaint);
   KnownEvents known{knownCalendars(), listedBy(*daemon, from, to)};
   const auto order = [](const KnownEvent& each) { return std::tie(each.start, each.end, each.calendar, each.uid); };
   std::sort(known.calendars.begin(), known.calendars.end(),

@@ -38,4 +38,9 @@ struct KnownEvents {
 KnownEvents knownEvents(platform::Date from, platform::Date to, const devices::TimeZone& zone,
                         const Complaint& complaint);
 
+/// The same from the calendar folder alone, through what is remembered of its files. `complaint` hears of each file
+/// that cannot be used.
+KnownEvents eventsInFolder(platform::Date from, platform::Date to, const devices::TimeZone& zone,
+                           const Complaint& complaint);
+
 }  // namespace hushmode::cli

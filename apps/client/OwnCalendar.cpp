@@ -7,20 +7,15 @@
 #include "apps/client/Places.h"
 #include "apps/client/UserTime.h"
 #include "devices/linux/base/Variants.h"
+#include "devices/shared/PropertyListFileBytes.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <ctime>
-#include <fcntl.h>
 #include <fstream>
-#include <functional>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
 
 namespace hushmode::cli {
 
@@ -75,16 +70,8 @@ std::string folded(std::string line) {
 }
 
 void replaceFile(const std::filesystem::path& path, const std::string& text) {
-  const std::string temporary = (path.parent_path() / ("." + path.filename().string())).string();
-  const auto fail = [&] { throw ServiceError(tr("{0} cannot be written: {1}", path.string(), std::strerror(errno))); };
-  const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-  if (file < 0) fail();
-  const bool written =
-      ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(file) == 0;
-  ::close(file);
-  if (!written || ::rename(temporary.c_str(), path.c_str()) != 0) {
-    ::unlink(temporary.c_str());
-    fail();
+  if (const auto problem = devices::replaceFileBytes(devices::FileCalls::system(), path.string(), text)) {
+    throw ServiceError(tr("{0} cannot be written: {1}", path.string(), *problem));
   }
 }
 
@@ -146,8 +133,6 @@ std::filesystem::path OwnCalendar::folder() const { return calendarFolder() / ac
 std::string OwnCalendar::write(const std::string& kind, const std::vector<std::string>& properties) const {
   const Date now = wallClock();
   const std::string uid = fmt::format("{}-{}-{:.0f}", kind, profile_, now.secondsSince1970() * 1000);
-  std::error_code ignored;  // Then the file cannot be written.
-  std::filesystem::create_directories(folder(), ignored);
   replaceFile(folder() / "displayname", title_ + "\n");
   std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
   text += folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));

@@ -6,20 +6,16 @@
 #include "apps/client/Daemon.h"
 #include "apps/simulation/JsonReader.h"
 #include "devices/linux/base/Variants.h"
+#include "devices/linux/core/Folders.h"
 #include "devices/shared/CalendarFolder.h"
 #include "devices/words/Text.h"
-
-#include <cstdlib>
 
 namespace hushmode::cli {
 
 using simulation::InputError;
 
 std::filesystem::path calendarFolder() {
-  const char* data = std::getenv("XDG_DATA_HOME");
-  if (data && *data == '/') return std::filesystem::path(data) / "hushmode" / "calendars";
-  const char* home = std::getenv("HOME");
-  return std::filesystem::path(home ? home : "/") / ".local" / "share" / "hushmode" / "calendars";
+  return devices::baseDirectory("XDG_DATA_HOME", ".local/share") / "hushmode" / "calendars";
 }
 
 std::vector<KnownCalendar> knownCalendars() {

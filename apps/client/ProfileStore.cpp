@@ -4,6 +4,7 @@
 #include "apps/client/ProfileStore.h"
 
 #include "apps/client/Daemon.h"
+#include "apps/client/UserTime.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/words/Words.h"
 #include "devices/linux/base/Variants.h"
@@ -17,11 +18,7 @@
 #include "util/Numbers.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
-#include <cstring>
 #include <iostream>
-#include <sys/stat.h>
 
 namespace hushmode::cli {
 
@@ -92,10 +89,10 @@ class DaemonStore final : public ProfileStore {
 };
 
 void makePrivate(const std::filesystem::path& folder) {
-  std::error_code ignored;  // The next call says what is wrong.
-  std::filesystem::create_directories(folder.parent_path(), ignored);
-  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
-    throw ServiceError(tr("{0} cannot be made: {1}", folder.string(), std::strerror(errno)));
+  try {
+    devices::makePrivateFolder(folder);
+  } catch (const std::runtime_error& problem) {
+    throw ServiceError(problem.what());
   }
 }
 
@@ -224,8 +221,7 @@ class FileStore final : public ProfileStore {
 
   /// Identifiers are the second of the creation, and two may be created in one.
   static std::int64_t freeIdentifier(const std::vector<Dictionary>& profiles) {
-    using namespace std::chrono;
-    std::int64_t identifier = duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+    auto identifier = static_cast<std::int64_t>(wallClock().secondsSince1970());
     const auto isTaken = [&](const Dictionary& each) { return identifierOf(each) == identifier; };
     while (std::any_of(profiles.begin(), profiles.end(), isTaken)) ++identifier;
     return identifier;
@@ -249,6 +245,11 @@ class FileStore final : public ProfileStore {
 std::unique_ptr<ProfileStore> ProfileStore::open() {
   if (auto daemon = Daemon::running()) return std::make_unique<DaemonStore>(*daemon);
   return std::make_unique<FileStore>();
+}
+
+void tellUnlessLive(const ProfileStore& store, std::ostream& out) {
+  if (store.isLive()) return;
+  out << tr("The daemon does not run; start it with: systemctl --user start hushmoded") << '\n';
 }
 
 std::string titleOf(const Dictionary& profile) { return textMeaning(profile.find("title")).value_or(tr("(no title)")); }

@@ -6,6 +6,7 @@
 #include "platform/PropertyList.h"
 
 #include <cstdint>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,6 +47,9 @@ class ProfileStore {
   /// Whether changes take effect at once.
   virtual bool isLive() const = 0;
 };
+
+/// Says how to start the daemon, where it does not run.
+void tellUnlessLive(const ProfileStore& store, std::ostream& out);
 
 /// The title of a profile; "(no title)" in the user's language when it has none.
 std::string titleOf(const platform::Dictionary& profile);

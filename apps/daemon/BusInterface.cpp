@@ -189,13 +189,13 @@ Glib::VariantBase BusInterface::property(const std::string& name) const {
   if (name == "Enabled") return Glib::Variant<bool>::create(host_.isEnabled());
   if (name == "Applied") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.applied()));
   if (name == "Armed") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.armed()));
-  std::map<Glib::ustring, std::tuple<bool, Glib::ustring>> states;
+  bus::ServiceStates states;
   std::vector<Glib::ustring> degraded;
   for (const auto& [service, state] : services_.states()) {
     states.emplace(service, std::tuple(state.available, Glib::ustring(state.detail)));
     if (!state.available) degraded.emplace_back(service);
   }
-  if (name == "Services") return Glib::Variant<decltype(states)>::create(states);
+  if (name == "Services") return Glib::Variant<bus::ServiceStates>::create(states);
   return Glib::Variant<std::vector<Glib::ustring>>::create(degraded);
 }
 

@@ -48,13 +48,6 @@ Glib::RefPtr<Gio::DBus::Connection> busOrNone(Gio::DBus::BusType type, std::stri
   }
 }
 
-void makePrivate(const std::filesystem::path& folder) {
-  std::filesystem::create_directories(folder.parent_path());
-  if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
-    throw std::runtime_error(tr("{0} cannot be made: {1}", folder.string(), std::strerror(errno)));
-  }
-}
-
 /// The profiles without what a file keeps less precisely than memory does.
 Array comparable(Array profiles) {
   for (auto& each : profiles) {
@@ -83,13 +76,11 @@ Daemon::~Daemon() {
   } catch (const Glib::Error&) {
     // The bus went away meanwhile.
   }
-  if (lock_) ::close(*lock_);
 }
 
 void Daemon::start() {
-  makePrivate(folders_.config);
-  makePrivate(folders_.state);
-  makePrivate(options_.calendarFolder);
+  devices::makePrivateFolder(folders_.config);
+  devices::makePrivateFolder(options_.calendarFolder);
   takeLock();
   makeFirstSettings();
   connect();
@@ -125,14 +116,11 @@ void Daemon::start() {
 }
 
 void Daemon::takeLock() {
-  const auto path = folders_.state / "lock";
-  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (descriptor < 0) throw std::runtime_error(tr("{0} cannot be opened: {1}", path.string(), std::strerror(errno)));
-  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    ::close(descriptor);
-    throw AlreadyRunning(tr("another hushmoded runs for this user (it holds {})", path.string()));
+  try {
+    lock_ = std::make_unique<devices::WriterLock>(folders_.state);
+  } catch (const devices::WriterLock::Held& held) {
+    throw AlreadyRunning(tr("another hushmoded runs for this user (it holds {})", std::string(held.what())));
   }
-  lock_ = descriptor;
 }
 
 void Daemon::connect() {

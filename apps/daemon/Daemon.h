@@ -7,6 +7,7 @@
 #include "apps/daemon/FileWatch.h"
 #include "devices/linux/base/Services.h"
 #include "devices/linux/core/Log.h"
+#include "devices/linux/core/WriterLock.h"
 #include "devices/linux/phone/LinuxPhone.h"
 #include "host/Host.h"
 
@@ -71,7 +72,7 @@ class Daemon {
   devices::LogSink sink_;
   std::function<void(int)> quit_;
   devices::Folders folders_;
-  std::optional<int> lock_;
+  std::unique_ptr<devices::WriterLock> lock_;
   Glib::RefPtr<Gio::DBus::Connection> session_, system_;
   devices::Services services_;
   std::unique_ptr<devices::LinuxPhone> phone_;

@@ -4,27 +4,24 @@
 #include "apps/daemon/PhoneLists.h"
 
 #include "calendar/HMEventManager.h"
+#include "devices/linux/base/Variants.h"
 #include "wifi/HMWiFiManager.h"
 
 namespace hushmode::daemon {
 
+using devices::variantOf;
 using platform::Date;
 
 namespace {
 
-template <class T>
-Glib::VariantBase variant(const T& value) {
-  return Glib::Variant<T>::create(value);
-}
-
-Glib::VariantBase text(const std::string& value) { return variant(Glib::ustring(value)); }
-
 bus::Dictionary busForm(const platform::EKEvent& event) {
-  bus::Dictionary form{
-      {"calendar", text(event.calendar()->calendarIdentifier())}, {"uid", text(event.uniqueId())},
-      {"start", variant(event.startDate().secondsSince1970())},   {"end", variant(event.endDate().secondsSince1970())},
-      {"status", variant(static_cast<gint64>(event.status()))},   {"allDay", variant(event.isAllDay())}};
-  if (event.title()) form.emplace("title", text(*event.title()));
+  bus::Dictionary form{{"calendar", variantOf(event.calendar()->calendarIdentifier())},
+                       {"uid", variantOf(event.uniqueId())},
+                       {"start", variantOf(event.startDate().secondsSince1970())},
+                       {"end", variantOf(event.endDate().secondsSince1970())},
+                       {"status", variantOf(static_cast<gint64>(event.status()))},
+                       {"allDay", variantOf(event.isAllDay())}};
+  if (event.title()) form.emplace("title", variantOf(*event.title()));
   return form;
 }
 
@@ -33,10 +30,10 @@ bus::Dictionary busForm(const platform::EKEvent& event) {
 bus::Dictionaries listedCalendars() {
   bus::Dictionaries list;
   for (const auto& each : HMEventManager::sharedManager()->calendars()) {
-    list.push_back({{"identifier", text(each->calendarIdentifier())},
-                    {"title", text(each->title())},
-                    {"account", text(each->source()->title())},
-                    {"writable", variant(each->allowsContentModifications())}});
+    list.push_back({{"identifier", variantOf(each->calendarIdentifier())},
+                    {"title", variantOf(each->title())},
+                    {"account", variantOf(each->source()->title())},
+                    {"writable", variantOf(each->allowsContentModifications())}});
   }
   return list;
 }
@@ -47,7 +44,7 @@ bus::Dictionaries listedNetworks(const host::Host& host) {
   for (const auto& each : HMWiFiManager::sharedManager()->knownNetworks()) {
     const auto name = networkName(each);
     if (!name) continue;
-    list.push_back({{"name", text(*name)}, {"joined", variant(name == joined)}});
+    list.push_back({{"name", variantOf(*name)}, {"joined", variantOf(name == joined)}});
   }
   return list;
 }

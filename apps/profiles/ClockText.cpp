@@ -12,24 +12,24 @@ namespace hushmode::cli {
 
 namespace {
 
-std::string printed(const char* form, int minute) {
+/// "08 AM".
+std::string twelveHourText(int hour) {
   std::tm time{};
-  time.tm_hour = minute / 60 % 24;
-  time.tm_min = minute % 60;
+  time.tm_hour = hour % 24;
   char text[32];
-  return {text, std::strftime(text, sizeof text, form, &time)};
+  return {text, std::strftime(text, sizeof text, "%I %p", &time)};
 }
 
 }  // namespace
 
 std::string clockText(int minute) {
-  if (hasTwelveHourClock()) return printed("%I:%M %p", minute);
-  return minute == 1440 ? "24:00" : printed("%H:%M", minute);
+  if (minute == 1440 && !hasTwelveHourClock()) return "24:00";
+  return clockWithMinutes(minute % 1440 * 60);
 }
 
 std::string hourText(int hour) {
   if (!hasTwelveHourClock()) return clockText(hour * 60);
-  const std::string text = printed("%I %p", hour * 60);
+  const std::string text = twelveHourText(hour);
   return text.starts_with('0') ? text.substr(1) : text;
 }
 

@@ -66,14 +66,12 @@ Date parseMoment(const std::string& text, const TimeZone& zone, Date now) {
   throw simulation::InputError(tr("--at {}: expected a time such as 14:20, 2:20pm or \"2026-11-24 14:20\"", text));
 }
 
-std::string minuteText(Date date, const TimeZone& zone) { return simulation::minuteTime(date, zone); }
-
 bool isSameDay(Date a, Date b, const TimeZone& zone) {
   return simulation::beginningOfLocalDay(a, zone) == simulation::beginningOfLocalDay(b, zone);
 }
 
 std::string momentText(Date date, Date today, const TimeZone& zone) {
-  const std::string clock = minuteText(date, zone);
+  const std::string clock = simulation::minuteTime(date, zone);
   return isSameDay(date, today, zone) ? clock : tr("{0}, {1}", simulation::dayHeading(date, zone), clock);
 }
 

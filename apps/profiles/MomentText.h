@@ -16,9 +16,6 @@ namespace hushmode::cli {
 /// simulation::InputError for anything else, also for a day without a time.
 platform::Date parseMoment(const std::string& text, const devices::TimeZone& zone, platform::Date now);
 
-/// "14:20".
-std::string minuteText(platform::Date date, const devices::TimeZone& zone);
-
 bool isSameDay(platform::Date a, platform::Date b, const devices::TimeZone& zone);
 
 /// "14:20" on the local day of `today`, else "Tuesday, 24 November 2026, 14:20".

@@ -27,26 +27,6 @@ using simulation::InputError;
 
 namespace {
 
-std::vector<std::string> textsOf(const Value* value) {
-  std::vector<std::string> texts;
-  if (const Array* array = value ? value->as<Array>() : nullptr) {
-    for (const Value& each : *array) texts.push_back(textMeaning(&each).value_or(""));
-  }
-  return texts;
-}
-
-std::string joined(const std::vector<std::string>& texts) {
-  std::string line;
-  for (const std::string& each : texts) line += (line.empty() ? "" : ", ") + each;
-  return line;
-}
-
-Array arrayOf(const std::vector<std::string>& texts) {
-  Array array;
-  for (const std::string& each : texts) array.emplace_back(each);
-  return array;
-}
-
 std::string writtenWindow(const Dictionary& profile) {
   if (booleanMeaning(profile.find("allDay"))) return "all day";
   return textMeaning(profile.find("startTime")).value_or("12:00 AM") + " - " +

@@ -24,7 +24,8 @@ constexpr std::int64_t daySeconds = 86400;
 /// No time of day that anybody means is later; sums of greater numbers would not fit.
 constexpr std::int64_t mostHours = 100000, mostMinutes = 60 * mostHours;
 
-std::optional<std::vector<std::string>> textsOf(const platform::Value* value) {
+/// As the rules count it: what is no text stands for nothing.
+std::optional<std::vector<std::string>> countingTexts(const platform::Value* value) {
   const Array* array = value ? value->as<Array>() : nullptr;
   if (!array) return std::nullopt;
   std::vector<std::string> texts;
@@ -67,9 +68,9 @@ ProfileRules rulesOf(const Dictionary& profile, const std::vector<KnownCalendar>
   rules.allDay = booleanMeaning(profile.find("allDay"));
   rules.start = windowTime(profile, "startTime");
   rules.end = windowTime(profile, "endTime");
-  auto identifiers = textsOf(profile.find("calendarIdentifiers"));
+  auto identifiers = countingTexts(profile.find("calendarIdentifiers"));
   rules.calendars = identifiers ? std::move(*identifiers) : writable(calendars);
-  rules.networks = textsOf(profile.find("wifiNetworks")).value_or(std::vector<std::string>());
+  rules.networks = countingTexts(profile.find("wifiNetworks")).value_or(std::vector<std::string>());
   const std::int64_t status = integerMeaning(profile.find("applyProfileEventStatus"));
   rules.wantedStatus = status >= 0 && status <= 3 ? status : 0;
   rules.allDayEventsIgnored = booleanMeaning(profile.find("allDayEventsIgnored"));

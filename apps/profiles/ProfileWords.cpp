@@ -219,4 +219,24 @@ std::vector<std::string> splitList(const std::string& text) {
   return entries;
 }
 
+std::vector<std::string> textsOf(const Value* value) {
+  std::vector<std::string> texts;
+  if (const auto* array = value ? value->as<platform::Array>() : nullptr) {
+    for (const Value& each : *array) texts.push_back(textMeaning(&each).value_or(""));
+  }
+  return texts;
+}
+
+platform::Array arrayOf(const std::vector<std::string>& texts) {
+  platform::Array array;
+  for (const std::string& each : texts) array.emplace_back(each);
+  return array;
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string line;
+  for (const std::string& each : texts) line += (line.empty() ? "" : ", ") + each;
+  return line;
+}
+
 }  // namespace hushmode::cli

@@ -50,4 +50,10 @@ std::string windowText(const platform::Dictionary& profile);
 /// A list as people write it, with commas: "Work, Home". Blanks around are dropped, empty entries too.
 std::vector<std::string> splitList(const std::string& text);
 
+/// The texts of a list in a profile; none when the value is no list. What is no text there is an empty one.
+std::vector<std::string> textsOf(const platform::Value* value);
+platform::Array arrayOf(const std::vector<std::string>& texts);
+/// With commas between.
+std::string joined(const std::vector<std::string>& texts);
+
 }  // namespace hushmode::cli

@@ -6,11 +6,23 @@
 #include <cstdint>
 #include <cstdlib>
 #include <glib.h>
+#include <iostream>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace hushmode::cli {
 
 bool isTerminal(int fileDescriptor) { return ::isatty(fileDescriptor) == 1; }
+
+std::optional<std::size_t> columnsOfOutput() {
+  std::size_t columns = 0;
+  if (const char* given = std::getenv("COLUMNS")) columns = std::strtoul(given, nullptr, 10);
+  winsize size{};
+  if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
+  return columns == 0 ? std::nullopt : std::optional(columns);
+}
+
+void complain(const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; }
 
 Terminal Terminal::of(int fileDescriptor) {
   const char* type = std::getenv("TERM");

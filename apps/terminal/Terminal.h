@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,12 @@ class Terminal {
 };
 
 bool isTerminal(int fileDescriptor);
+
+/// How many columns standard output has: what COLUMNS says, else the terminal. None where neither tells.
+std::optional<std::size_t> columnsOfOutput();
+
+/// Says a line on standard error, under the program's name; harmless.
+void complain(const std::string& line);
 
 /// How many columns a UTF-8 text takes: wide characters count twice, combining ones not at all.
 std::size_t columnsOf(std::string_view text);

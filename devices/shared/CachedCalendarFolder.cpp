@@ -28,10 +28,6 @@ std::int64_t modifiedAt(const char* path) {
   return ::stat(path, &status) == 0 ? status.st_mtim.tv_sec : 0;
 }
 
-bool overlaps(double start, double end, double from, double to) {
-  return start < to && (end > from || (start == end && start >= from));
-}
-
 }  // namespace
 
 CachedCalendarFolder::CachedCalendarFolder(Options options, CalendarFolder::Diagnostics diagnostics, Date now)
@@ -131,10 +127,7 @@ CachedCalendarFolder::Contents CachedCalendarFolder::contentsOf(const CalendarCa
                                                                 std::vector<Occurrence> others, Date from,
                                                                 Date to) const {
   Contents contents{{}, std::move(others)};
-  const double first = from.secondsSince1970(), last = to.secondsSince1970();
-  std::erase_if(contents.occurrences, [&](const auto& each) {
-    return !overlaps(each.start.secondsSince1970(), each.end.secondsSince1970(), first, last);
-  });
+  std::erase_if(contents.occurrences, [&](const auto& each) { return !overlapsSpan(each.start, each.end, from, to); });
   for (std::size_t index = 0; index < places.size(); ++index) {
     const auto& known = cache.calendars[index];
     std::string_view name;
@@ -151,9 +144,9 @@ CachedCalendarFolder::Contents CachedCalendarFolder::contentsOf(const CalendarCa
                                   place.accountTitle, place.writable});
     for (std::uint32_t item = 0; item < known.occurrences; ++item) {
       const auto& each = cache.occurrences[known.firstOccurrence + item];
-      const auto start = static_cast<double>(each.start), end = static_cast<double>(each.end);
-      if (!overlaps(start, end, first, last)) continue;
-      contents.occurrences.push_back({Date(start), Date(end), index, std::string(cache.view(each.uid)),
+      const Date start(static_cast<double>(each.start)), end(static_cast<double>(each.end));
+      if (!overlapsSpan(start, end, from, to)) continue;
+      contents.occurrences.push_back({start, end, index, std::string(cache.view(each.uid)),
                                       each.hasTitle ? std::optional<std::string>(cache.view(each.title)) : std::nullopt,
                                       static_cast<platform::EKEventStatus>(each.status), each.allDay != 0});
     }

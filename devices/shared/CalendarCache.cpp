@@ -3,6 +3,8 @@
 
 #include "devices/shared/CalendarCache.h"
 
+#include "devices/shared/PropertyListFileBytes.h"
+
 #include <array>
 #include <bit>
 #include <cstring>
@@ -114,16 +116,6 @@ bool isConsistent(const CalendarCache& cache) {
   return true;
 }
 
-bool readWhole(int file, char* bytes, std::size_t size) {
-  while (size > 0) {
-    const ssize_t count = ::read(file, bytes, size);
-    if (count <= 0) return false;
-    bytes += count;
-    size -= static_cast<std::size_t>(count);
-  }
-  return true;
-}
-
 bool writeWhole(int file, const char* bytes, std::size_t size) {
   while (size > 0) {
     const ssize_t count = ::write(file, bytes, size);
@@ -151,18 +143,14 @@ CalendarCache::Text CalendarCache::keep(std::string_view text) {
 }
 
 std::optional<CalendarCache> CalendarCache::load(const std::filesystem::path& path, std::string_view key) {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const FileBytes file = readFileBytes(FileCalls::system(), path.string(), sizeof(Header) + kLargestFile);
   Header header{};
-  struct stat status {};
-  if (!file || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  if (!readWhole(file.number(), reinterpret_cast<char*>(&header), sizeof header)) return std::nullopt;
-  if (header.magic != kMagic || header.size > kLargestFile ||
-      header.size != static_cast<std::uint64_t>(status.st_size) - sizeof header) {
+  if (file.bytes.size() < sizeof header) return std::nullopt;
+  std::memcpy(&header, file.bytes.data(), sizeof header);
+  const std::string_view bytes = std::string_view(file.bytes).substr(sizeof header);
+  if (header.magic != kMagic || header.size != bytes.size() || XXH3_64bits(bytes.data(), bytes.size()) != header.hash) {
     return std::nullopt;
   }
-  std::string bytes(header.size, '\0');
-  if (!readWhole(file.number(), bytes.data(), bytes.size())) return std::nullopt;
-  if (XXH3_64bits(bytes.data(), bytes.size()) != header.hash) return std::nullopt;
 
   CalendarCache cache;
   std::string ownKey;

@@ -30,11 +30,6 @@ std::int64_t roundedUp(Date date) {
                                : static_cast<std::int64_t>(kLastMoment);
 }
 
-bool overlaps(const CalendarOccurrence& occurrence, Date from, Date to) {
-  return occurrence.start < to &&
-         (occurrence.end > from || (occurrence.start == occurrence.end && occurrence.start >= from));
-}
-
 }  // namespace
 
 CalendarSet::CalendarSet(Diagnostics diagnostics)
@@ -92,7 +87,8 @@ std::vector<CalendarOccurrence> CalendarSet::occurrences(Date from, Date to, con
   local_ = &local;
   for (const CalendarOccurrence& occurrence : windows_.around(first, last, local.name())) {
     if (!(occurrence.start < to)) break;
-    if (overlaps(occurrence, from, to) && (wanted == nullptr || (*wanted)[occurrence.calendar])) {
+    if (overlapsSpan(occurrence.start, occurrence.end, from, to) &&
+        (wanted == nullptr || (*wanted)[occurrence.calendar])) {
       result.push_back(occurrence);
     }
   }

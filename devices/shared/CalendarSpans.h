@@ -11,6 +11,12 @@
 
 namespace hushmode::devices {
 
+/// Whether what lasts from `start` to `end` overlaps a span: see `CalendarFolder::occurrences`. Of any kind of time.
+template <class Time>
+constexpr bool overlapsSpan(const Time& start, const Time& end, const Time& from, const Time& to) {
+  return start < to && (end > from || (start == end && start >= from));
+}
+
 /// Spans of time, looked up by overlap in time that grows with the number of answers, not of spans.
 ///
 /// The spans are kept by length, each class up to twice as long as the one before and ordered by start: in a class,

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "devices/shared/CalendarSpans.h"
 #include "devices/shared/ICalEntry.h"
 
 #include <cstdint>
@@ -18,9 +19,7 @@ struct ICalOccurrence {
   ICalEntry* entry;  ///< What it is called: the entry, or what replaces this occurrence of it.
 
   /// Whether it overlaps the span: see `CalendarFolder::occurrences`.
-  bool overlaps(std::int64_t from, std::int64_t to) const {
-    return start < to && (end > from || (start == end && start >= from));
-  }
+  bool overlaps(std::int64_t from, std::int64_t to) const { return overlapsSpan(start, end, from, to); }
 };
 
 /// An entry of a calendar with whatever replaces some of its occurrences: all VEVENTs with one UID, from whichever

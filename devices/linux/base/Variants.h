@@ -46,6 +46,12 @@ inline std::optional<std::string> textAt(const Glib::VariantContainerBase& tuple
   return text ? std::optional<std::string>(*text) : std::nullopt;
 }
 
+template <class T>
+Glib::VariantBase variantOf(const T& value) {
+  return Glib::Variant<T>::create(value);
+}
+inline Glib::VariantBase variantOf(const std::string& text) { return variantOf(Glib::ustring(text)); }
+
 /// The arguments of a call: a tuple of these values.
 template <class... T>
 Glib::VariantContainerBase argumentsOf(const T&... values) {
