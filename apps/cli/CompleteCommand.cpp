@@ -10,14 +10,14 @@
 #include "apps/client/Places.h"
 #include "apps/client/ProfileStore.h"
 #include "apps/client/UserTime.h"
+#include "apps/simulation/ZoneNames.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <memory>
-#include <sstream>
+#include <stdexcept>
 
 namespace hushmode::cli {
 
@@ -55,20 +55,10 @@ std::vector<std::string> networkNames() {
   return names;
 }
 
-/// From the table of the system's time zone database: columns, the third of which is the name.
-std::vector<std::string> zoneNames() {
-  std::vector<std::string> names{"UTC"};
-  std::ifstream table("/usr/share/zoneinfo/zone1970.tab");
-  for (std::string line; std::getline(table, line);) {
-    std::istringstream columns(line);
-    std::string countries, place, name;
-    if (!line.starts_with("#") && columns >> countries >> place >> name) names.push_back(name);
-  }
-  return names;
-}
-
-const std::vector<std::pair<std::string, std::vector<std::string> (*)()>> kinds = {
-    {"profiles", profileTitles}, {"calendars", calendarNames}, {"networks", networkNames}, {"zones", zoneNames}};
+const std::vector<std::pair<std::string, std::vector<std::string> (*)()>> kinds = {{"profiles", profileTitles},
+                                                                                   {"calendars", calendarNames},
+                                                                                   {"networks", networkNames},
+                                                                                   {"zones", simulation::zoneNames}};
 
 int complete(const std::string& asked) {
   for (const auto& [kind, names] : kinds) {
@@ -85,7 +75,7 @@ int complete(const std::string& asked) {
       return No;  // The command that is being typed will say why.
     }
   }
-  return WrongInput;
+  throw std::logic_error("names of no kind");
 }
 
 }  // namespace
@@ -94,7 +84,10 @@ void addCompleteCommand(CLI::App& program, Command& chosen) {
   const auto asked = std::make_shared<std::string>();
   CLI::App* command = program.add_subcommand("complete", tr("Names for the shell's completion"));
   command->group("");  // Hidden: it is no command for people.
-  command->add_option("KIND", *asked, tr("Which names"))->required()->type_name("profiles|calendars|networks|zones");
+  command->add_option("KIND", *asked, tr("Which names"))
+      ->required()
+      ->check(CLI::IsMember({"profiles", "calendars", "networks", "zones"}))
+      ->type_name("profiles|calendars|networks|zones");
   command->final_callback([asked, &chosen] { chosen = [asked] { return complete(*asked); }; });
 }
 

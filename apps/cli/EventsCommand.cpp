@@ -5,7 +5,7 @@
 
 #include "apps/cli/Commands.h"
 #include "apps/client/Json.h"
-#include "apps/simulation/JsonReader.h"
+#include "apps/simulation/NearFile.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
 #include "apps/terminal/Terminal.h"
@@ -24,7 +24,6 @@ namespace hushmode::cli {
 namespace {
 
 using devices::CalendarOccurrence;
-using simulation::InputError;
 
 struct Options {
   std::string calendars, from, to;
@@ -92,8 +91,8 @@ int listEvents(const Options& options) {
   simulation::setSpan(span, options.from, options.to, platform::Date(0));
   std::error_code error;
   if (!std::filesystem::is_directory(options.calendars, error)) {
-    throw InputError(tr("calendars: {0}: {1}; expected a folder of iCalendar files", options.calendars,
-                        error ? error.message() : tr("not a folder")));
+    throw simulation::wrongFile(options.calendars, error ? error.message() : tr("not a folder"),
+                                tr("a folder of iCalendar files"));
   }
   devices::CalendarFolder folder(options.calendars, complain);
   folder.rescan();

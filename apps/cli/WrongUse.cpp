@@ -5,8 +5,8 @@
 
 #include "apps/cli/Help.h"
 #include "apps/cli/ValueKinds.h"
-#include "apps/simulation/JsonReader.h"
 #include "apps/terminal/Terminal.h"
+#include "apps/words/Nearest.h"
 #include "devices/words/Text.h"
 
 #include <algorithm>
@@ -22,11 +22,11 @@ std::string place(const CLI::App& command) {
   return blank == std::string::npos ? "" : name.substr(blank + 1) + ": ";
 }
 
-/// The innermost command that was named.
-const CLI::App& namedCommand(const CLI::App& program) {
-  const CLI::App* command = &program;
-  while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
-  return *command;
+/// The commands that were named, the program itself first.
+std::vector<const CLI::App*> namedCommands(const CLI::App& program) {
+  std::vector<const CLI::App*> named{&program};
+  while (!named.back()->get_subcommands().empty()) named.push_back(named.back()->get_subcommands().back());
+  return named;
 }
 
 std::vector<std::string> commandNames(const CLI::App& command) {
@@ -48,13 +48,13 @@ std::string unknownOption(const CLI::App& command, const std::string& given) {
     for (const std::string& option : optionNames(*each)) known.push_back(option);
   }
   // Short ones are all near each other.
-  const std::string near = name.starts_with("--") ? simulation::nearestOf(name, known) : "";
+  const std::string near = name.starts_with("--") ? nearestOf(name, known) : "";
   return near.empty() ? place(command) + tr("there is no option {0}; see {1} --help", harmless(name), fullName(command))
                       : place(command) + tr("there is no option {0}; did you mean {1}?", harmless(name), near);
 }
 
 std::string unknownCommand(const CLI::App& command, const std::string& given) {
-  const std::string near = simulation::nearestOf(given, commandNames(command));
+  const std::string near = nearestOf(given, commandNames(command));
   if (!near.empty()) return place(command) + tr("\"{0}\" is no command; did you mean \"{1}\"?", harmless(given), near);
   for (const CLI::App* group : shownCommands(command)) {
     const auto names = commandNames(*group);
@@ -90,6 +90,14 @@ const CLI::Option* namedArgument(const CLI::App& command, const std::string& mes
   return named;
 }
 
+/// The flag that a value was given to: the parser says it without dashes. Empty when the mistake is another one.
+std::string flagWithValue(const CLI::ParseError& error) {
+  const std::string message = error.what();
+  const auto place = message.find(" was given a disallowed flag override");
+  if (place == std::string::npos || place == 0) return "";
+  return (place == 1 ? "-" : "--") + message.substr(0, place);
+}
+
 /// The two arguments in a message of the parser.
 std::pair<std::string, std::string> aroundWord(const std::string& message, const std::string& word) {
   const auto place = message.find(word);
@@ -105,18 +113,51 @@ std::string expectation(const CLI::Option& argument) {
   return kind.word == "NUMBER" ? tr("a whole number") : shownWord(kind.word);
 }
 
+/// The value that was most likely meant: one of the choices, or a number within its limits. Empty where none is near.
+std::string nearestValue(const std::string& given, const ValueKind& kind) {
+  if (!kind.choices.empty()) return nearestOf(given, kind.choices);
+  if (!kind.least) return "";
+  const bool isNegative = given.starts_with("-");
+  const auto start = static_cast<std::size_t>(isNegative), end = given.find_first_not_of("0123456789", start);
+  std::string digits = given.substr(start, end == std::string::npos ? end : end - start);
+  digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size() - (digits.empty() ? 0 : 1)));
+  if (digits.empty()) return "";
+  // By their length first: they may be too long for any number.
+  const auto isLess = [](const std::string& a, const std::string& b) {
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+  };
+  if (isNegative || isLess(digits, *kind.least)) return *kind.least;
+  if (kind.most && isLess(*kind.most, digits)) return *kind.most;
+  constexpr std::size_t mostDigits = 9;
+  return digits.size() <= mostDigits ? digits : "";
+}
+
 }  // namespace
 
+std::string wrongCommand(const CLI::App& program) {
+  for (const CLI::App* command : namedCommands(program)) {
+    const auto words = command->remaining();
+    const auto word = std::find_if(words.begin(), words.end(), [](const auto& each) { return !each.starts_with("-"); });
+    if (word != words.end() && !shownCommands(*command).empty()) return unknownCommand(*command, *word);
+  }
+  return "";
+}
+
 std::string wrongUse(const CLI::App& program, const CLI::ParseError& error) {
-  const CLI::App& command = namedCommand(program);
-  if (const std::string text = leftOver(command); !text.empty()) return text;
+  const auto named = namedCommands(program);
+  for (const CLI::App* each : named) {
+    if (const std::string text = leftOver(*each); !text.empty()) return text;
+  }
+  const CLI::App& command = *named.back();
   const std::string at = place(command);
   const CLI::Option* argument = namedArgument(command, error.what());
+  if (const std::string flag = flagWithValue(error); !flag.empty()) return at + tr("{} takes no value", flag);
   if (dynamic_cast<const CLI::RequiredError*>(&error)) {
     if (!argument) return at + tr("expected a command, one of {}", listed(commandNames(command)));
     return at + tr("{0} is missing: {1}", shownWord(argument->get_name()), argument->get_description());
   }
   if (argument && dynamic_cast<const CLI::ArgumentMismatch*>(&error)) {
+    if (argument->results().size() > 1) return at + tr("{} may be given only once", argument->get_name());
     return at + tr("{0} needs {1} behind it", argument->get_name(), expectation(*argument));
   }
   const auto results = argument ? argument->results() : std::vector<std::string>();
@@ -124,8 +165,7 @@ std::string wrongUse(const CLI::App& program, const CLI::ParseError& error) {
       dynamic_cast<const CLI::ConversionError*>(&error) || dynamic_cast<const CLI::ValidationError*>(&error);
   if (isWrongValue && !results.empty()) {
     const ValueKind kind = valueKindOf(*argument);
-    if (kind.word.empty()) return at + tr("{} takes no value", argument->get_name());
-    const std::string near = simulation::nearestOf(results.back(), kind.choices);
+    const std::string near = nearestValue(results.back(), kind);
     const std::string given = argument->get_name() + " " + harmless(results.back());
     return near.empty() ? at + tr("{0}: expected {1}", given, expectation(*argument))
                         : at + tr("{0}: expected {1}; did you mean \"{2}\"?", given, expectation(*argument), near);

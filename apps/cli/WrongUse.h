@@ -12,4 +12,7 @@ namespace hushmode::cli {
 /// nearest valid choice.
 std::string wrongUse(const CLI::App& program, const CLI::ParseError& error);
 
+/// The same of a command that there is not, which cannot be helped with either; empty when all that were named exist.
+std::string wrongCommand(const CLI::App& program);
+
 }  // namespace hushmode::cli

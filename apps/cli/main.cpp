@@ -41,17 +41,19 @@ int run(CLI::App& program, const cli::Command& chosen, int argc, char** argv) {
     program.parse(argc, argv);
     return chosen();
   } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return program.exit(error);  // --help and --version are no mistakes.
-    std::cerr << "hushmode: " << cli::wrongUse(program, error) << '\n';
+    const bool isMistake = error.get_exit_code() != 0;  // --help and --version are none, but for help with nothing.
+    const std::string mistake = isMistake ? cli::wrongUse(program, error) : cli::wrongCommand(program);
+    if (mistake.empty()) return program.exit(error);
+    cli::complain(mistake);
     return cli::WrongInput;
   } catch (const simulation::InputError& error) {
-    std::cerr << "hushmode: " << error.what() << '\n';
+    cli::complain(error.what());
     return cli::WrongInput;
   } catch (const cli::ServiceError& error) {
-    std::cerr << "hushmode: " << error.what() << '\n';
+    cli::complain(error.what());
     return cli::NoService;
   } catch (const std::exception& error) {
-    std::cerr << "hushmode: " << tr("unexpected: {}", error.what()) << '\n';
+    cli::complain(tr("unexpected: {}", error.what()));
     return cli::No;
   }
 }
@@ -63,23 +65,23 @@ int main(int argc, char** argv) {
   useLanguageOfEnvironment();
   CLI::App program(tr("Hush Mode: silences a phone by calendar, clock and network."), "hushmode");
   program.formatter(std::make_shared<cli::HelpFormatter>(cli::helpColumns(), cli::Terminal::of(STDOUT_FILENO)));
-  program.option_defaults()->always_capture_default();
+  program.option_defaults()->always_capture_default()->disable_flag_override();  // "--json=5" is a slip.
   program.set_help_flag("-h,--help", tr("Print this help"));
   program.set_version_flag("--version", HUSHMODE_VERSION, tr("Print the version"));
   program.require_subcommand(1);
   program.footer(
       tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n\n"
-              "\"hushmode COMMAND --help\" tells more of a command.\n\n"
-              "Examples:\n"
-              "  hushmode profile add Work --window 08:00-17:00 --ringtone 5%\n"
-              "  hushmode quiet 90m\n"
-              "  hushmode status"));
+         "\"hushmode COMMAND --help\" tells more of a command.\n\n"
+         "Examples:\n"
+         "  hushmode profile add Work --window 08:00-17:00 --ringtone 5%\n"
+         "  hushmode quiet 90m\n"
+         "  hushmode status"));
   cli::Command chosen;
   addAllCommands(program, chosen);
   const int code = run(program, chosen, argc, argv);
   std::cout.flush();
   if (!std::cout) {
-    std::cerr << "hushmode: " << tr("the output could not be written") << '\n';
+    cli::complain(tr("the output could not be written"));
     return cli::No;
   }
   return code;

@@ -5,6 +5,7 @@
 
 #include "apps/client/ProfileStore.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/simulation/NearFile.h"
 #include "apps/terminal/Terminal.h"
 #include "apps/words/Words.h"
 #include "devices/shared/PropertyListCodec.h"
@@ -35,7 +36,7 @@ constexpr const char* ownKeys[] = {"identifier", "applied", "updatedDate"};
 std::string bytesOf(const std::string& name) {
   const bool isStandardInput = name == "-";
   const int file = isStandardInput ? STDIN_FILENO : ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  const auto fail = [&] { return InputError(tr("{0} cannot be read: {1}", name, std::strerror(errno))); };
+  const auto fail = [&] { return simulation::wrongFile(name, std::strerror(errno), tr("a list of profiles")); };
   if (file < 0) throw fail();
   std::string bytes;
   char part[65536];

@@ -4,9 +4,10 @@
 #include "apps/profiles/MomentText.h"
 
 #include "apps/profiles/ProfileWords.h"
-#include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/simulation/WrongValue.h"
 #include "apps/terminal/Scanner.h"
+#include "apps/words/NearTime.h"
 #include "devices/words/Text.h"
 
 #include <optional>
@@ -63,7 +64,10 @@ Date parseMoment(const std::string& text, const TimeZone& zone, Date now) {
       if (moment) return *moment;
     }
   }
-  throw simulation::InputError(tr("--at {}: expected a time such as 14:20, 2:20pm or \"2026-11-24 14:20\"", text));
+  const auto clock = nearestClock(text), day = nearestDay(text);
+  // A day alone is no moment, whatever its form.
+  const std::string near = clock ? *clock : day && !simulation::isDateOnly(*day) ? *day : "";
+  throw simulation::wrongValue("--at " + text, tr("a time such as 14:20, 2:20pm or \"2026-11-24 14:20\""), near);
 }
 
 bool isSameDay(Date a, Date b, const TimeZone& zone) {

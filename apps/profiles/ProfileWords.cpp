@@ -4,8 +4,11 @@
 #include "apps/profiles/ProfileWords.h"
 
 #include "apps/profiles/ClockText.h"
-#include "apps/simulation/JsonReader.h"
+#include "apps/profiles/VolumeText.h"
+#include "apps/simulation/WrongValue.h"
 #include "apps/terminal/Scanner.h"
+#include "apps/words/NearTime.h"
+#include "apps/words/Nearest.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
 
@@ -29,36 +32,20 @@ bool isOneOf(const std::string& text, std::initializer_list<std::string_view> wo
   return std::find(words.begin(), words.end(), text) != words.end();
 }
 
+InputError wrongSetting(const Setting& setting, const std::string& text, const std::string& expected,
+                        const std::string& near) {
+  return simulation::wrongValue(fmt::format("--{0} {1}", setting.word, text), expected, near);
+}
+
 bool parseFlag(const Setting& setting, const std::string& text) {
   if (isOneOf(text, {"on", "yes", "true", "1"})) return true;
   if (isOneOf(text, {"off", "no", "false", "0"})) return false;
-  throw InputError(tr("--{0} {1}: expected on or off", setting.word, text));
-}
-
-/// "5%", "5 %", "0.05", ".5", "0,05": none for anything else.
-std::optional<double> volumeOf(const std::string& text) {
-  Scanner scanner(text);
-  scanner.skipBlanks();
-  const auto whole = scanner.number(1, 3);
-  double volume = whole.value_or(0);
-  if (scanner.take(".") || scanner.take(",")) {
-    const auto before = scanner.rest().size();
-    const auto fraction = scanner.number(1, 9);
-    if (!fraction) return std::nullopt;
-    volume += *fraction / std::pow(10.0, static_cast<double>(before - scanner.rest().size()));
-  } else if (!whole) {
-    return std::nullopt;
-  }
-  scanner.skipBlanks();
-  scanner.take("\u00a0");  // As some languages write it.
-  if (scanner.take("%")) volume /= 100;
-  scanner.skipBlanks();
-  return scanner.isAtEnd() && volume <= 1 ? std::optional(volume) : std::nullopt;
+  throw wrongSetting(setting, text, tr("on or off"), nearestOf(text, {"on", "off", "yes", "no", "true", "false"}));
 }
 
 double parseVolume(const Setting& setting, const std::string& text) {
   if (const auto volume = volumeOf(text)) return *volume;
-  throw InputError(tr("--{0} {1}: expected a volume, such as 5% or 0.05", setting.word, text));
+  throw wrongSetting(setting, text, tr("a volume, such as 5% or 0.05"), nearestVolume(text));
 }
 
 long percentOf(const Value* volume) { return std::lround(floatMeaning(volume) * 100); }
@@ -100,11 +87,12 @@ Value parseSetting(const Setting& setting, const std::string& text) {
       for (std::int64_t code = 0; code < 4; ++code) {
         if (text == statusWords[code]) return code;
       }
-      throw InputError(tr("--{0} {1}: expected any, confirmed or tentative", setting.word, text));
+      throw wrongSetting(setting, text, tr("any, confirmed or tentative"),
+                         nearestOf(text, {"any", "confirmed", "tentative"}));
     case AllDayEvents:
       if (text == "ignore") return true;
       if (text == "count") return false;
-      throw InputError(tr("--{0} {1}: expected count or ignore", setting.word, text));
+      throw wrongSetting(setting, text, tr("count or ignore"), nearestOf(text, {"count", "ignore"}));
   }
   throw std::logic_error("a setting of no kind");
 }
@@ -189,7 +177,8 @@ std::pair<std::string, std::string> parseWindow(const std::string& text) {
   const auto start = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(0, dash)));
   const auto end = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(dash + 1)));
   if (!start || !end) {
-    throw InputError(tr("--window {}: expected two times of day, such as 08:00-17:00 or 8am-5pm", text));
+    throw simulation::wrongValue("--window " + text, tr("two times of day, such as 08:00-17:00 or 8am-5pm"),
+                                 nearestHours(text, true).value_or(""));
   }
   if (*minuteOfDay(*end) <= *minuteOfDay(*start)) {
     throw InputError(

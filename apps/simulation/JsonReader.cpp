@@ -6,42 +6,10 @@
 #include "devices/words/Text.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace hushmode::simulation {
 
 namespace {
-
-std::size_t editDistance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-    }
-  }
-  return row.back();
-}
-
-template <class Candidates>
-std::string nearest(std::string_view word, const Candidates& candidates) {
-  constexpr std::size_t longestWord = 100;  // Nothing of that length is a slip of the pen.
-  std::string best;
-  std::size_t bestDistance = std::max<std::size_t>(2, word.size() / 3) + 1;
-  if (word.size() > longestWord) return best;
-  for (const auto& candidate : candidates) {
-    const std::size_t distance = editDistance(word, candidate);
-    if (distance < bestDistance) {
-      bestDistance = distance;
-      best = candidate;
-    }
-  }
-  return best;
-}
 
 std::string inQuotes(std::string_view text) {
   constexpr std::size_t most = 60;
@@ -49,13 +17,6 @@ std::string inQuotes(std::string_view text) {
 }
 
 }  // namespace
-
-std::string nearestOf(std::string_view word, std::initializer_list<std::string_view> candidates) {
-  return nearest(word, candidates);
-}
-std::string nearestOf(std::string_view word, const std::vector<std::string>& candidates) {
-  return nearest(word, candidates);
-}
 
 std::pair<std::shared_ptr<const JsonReader::Json>, JsonReader> JsonReader::parse(std::string_view text,
                                                                                  const std::string& file) {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "apps/words/Nearest.h"
+
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -58,8 +60,6 @@ class JsonReader {
   std::string file_, path_;
 };
 
-/// The candidate that `word` most likely stood for; empty when none is near.
-std::string nearestOf(std::string_view word, std::initializer_list<std::string_view> candidates);
-std::string nearestOf(std::string_view word, const std::vector<std::string>& candidates);
+using hushmode::nearestOf;
 
 }  // namespace hushmode::simulation

@@ -3,8 +3,12 @@
 
 #include "apps/simulation/Scenario.h"
 
+#include "apps/simulation/NearFile.h"
 #include "apps/simulation/ScenarioParts.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/simulation/WrongValue.h"
+#include "apps/simulation/ZoneNames.h"
+#include "apps/words/NearTime.h"
 #include "devices/shared/PropertyListFile.h"
 #include "devices/words/Text.h"
 
@@ -24,25 +28,21 @@ constexpr std::uintmax_t largestScenario = 16U << 20U;
 
 std::string contentsOf(const fs::path& file) {
   std::error_code error;
-  if (fs::is_directory(file, error))
-    throw InputError(tr("{}: is a folder; expected a scenario file (JSON)", file.string()));
+  const std::string expected = tr("a scenario file (JSON)");
+  if (fs::is_directory(file, error)) throw wrongFile(file, tr("is a folder"), expected);
   const auto size = fs::file_size(file, error);
-  if (error) throw InputError(tr("{0}: {1}; expected a scenario file (JSON)", file.string(), error.message()));
-  if (size > largestScenario)
-    throw InputError(tr("{}: larger than 16 MiB; expected a scenario file (JSON)", file.string()));
+  if (error) throw wrongFile(file, error.message(), expected);
+  if (size > largestScenario) throw wrongFile(file, tr("larger than 16 MiB"), expected);
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream text;
-  if (!stream || !(text << stream.rdbuf())) {
-    throw InputError(tr("{}: cannot be read, or is empty; expected a scenario file (JSON)", file.string()));
-  }
+  if (!stream || !(text << stream.rdbuf())) throw wrongFile(file, tr("cannot be read, or is empty"), expected);
   return text.str();
 }
 
 fs::path existingFolder(const fs::path& folder) {
   std::error_code error;
   if (!fs::is_directory(folder, error)) {
-    throw InputError(tr("{0}: {1}; expected a folder of iCalendar files", folder.string(),
-                        error ? error.message() : tr("not a folder")));
+    throw wrongFile(folder, error ? error.message() : tr("not a folder"), tr("a folder of iCalendar files"));
   }
   return folder;
 }
@@ -106,6 +106,10 @@ void readProfileList(const JsonReader& json, const fs::path& base, Scenario& sce
 std::shared_ptr<const TimeZone> zoneNamed(const std::optional<std::string>& name) {
   const std::string wanted = name.value_or(machineZoneName());
   if (auto zone = TimeZone::named(wanted)) return zone;
+  const std::string near = nearestZone(wanted);
+  if (name && !near.empty()) {
+    throw InputError(tr("the system knows no time zone \"{0}\"; did you mean \"{1}\"?", wanted, near));
+  }
   throw InputError(
       name ? tr("the system knows no time zone \"{}\"; expected a name such as Europe/Berlin or UTC", wanted)
            : tr("the system knows no time zone \"{}\"; expected a name such as Europe/Berlin or UTC (from TZ or "
@@ -117,7 +121,7 @@ platform::Array readProfiles(const fs::path& file) {
   using State = devices::PropertyListFileContent::State;
   const auto content = devices::PropertyListFile(file.string()).read();
   if (content.state == State::Missing) {
-    throw InputError(tr("{}: no such file; expected a property list of profiles", file.string()));
+    throw wrongFile(file, tr("no such file"), tr("a property list of profiles"));
   }
   if (content.state == State::Unreadable) throw InputError(content.error);
   if (const auto* array = content.value->as<platform::Array>()) return *array;
@@ -128,9 +132,7 @@ void setSpan(Scenario& scenario, const std::optional<std::string>& from, const s
              Date today) {
   const auto parse = [&](const std::string& text, const char* what) {
     const auto time = parseTime(text, *scenario.zone, today);
-    if (!time) {
-      throw InputError(tr("{0}: \"{1}\" is no time; expected {2}", what, text, timeFormats()));
-    }
+    if (!time) throw wrongValue(std::string(what) + " " + text, timeFormats(), nearestDay(text).value_or(""));
     return *time;
   };
   scenario.from = from ? parse(*from, "from") : beginningOfLocalDay(today, *scenario.zone);

@@ -104,6 +104,14 @@ class Help(unittest.TestCase):
                 self.refused(*words, says=["no command", f"did you mean {near}?"])
         self.refused("frobnicate", says=['"frobnicate" is no command', "hushmode --help"])
 
+    def test_a_command_that_there_is_not_has_no_help_either(self):
+        for words, says in ((["stauts"], '"status"'), (["nonsense"], "see hushmode --help"),
+                            (["profile", "lst"], '"list"'), (["profile", "nonsense"], "see hushmode profile --help"),
+                            (["nonsense", "status"], '"nonsense" is no command')):
+            for line in ([*words, "--help"], [*words, "-h"], ["help", *words], words):
+                with self.subTest(line=line):
+                    self.refused(*line, says=["is no command", says])
+
     def test_every_command_refuses_an_unknown_option(self):
         for command in self.commands:
             words = self.words(command)
@@ -162,6 +170,20 @@ class Help(unittest.TestCase):
                 continue
             with self.subTest(command=command["name"]):
                 self.refused(*self.words(command), *["a"] * len(places), "extra", says=['"extra"', "quotation marks"])
+
+    def test_a_flag_takes_no_value(self):
+        for command in self.commands:
+            for argument in command["arguments"]:
+                option = argument.get("names", [""])[-1]
+                if option not in ("", "--help") and "value" not in argument:
+                    with self.subTest(command=command["name"], option=option):
+                        self.refused(*self.words(command), f"{option}=5", says=[f"{option} takes no value"])
+
+    def test_an_option_is_given_once(self):
+        self.refused("log", "--limit", "1", "--limit", "2", says=["--limit", "only once"])
+
+    def test_what_is_repeated_to_the_terminal_cannot_command_it(self):
+        self.refused("profile", "show", "a\nb\x1b[2J", says=['"a?b?[2J"'])
 
     def test_options_that_exclude_each_other_are_told(self):
         self.refused("agenda", "--svg", "x.svg", "--json", says=["--svg", "--json", "exclude each other"])

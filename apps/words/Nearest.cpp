@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: Hush Mode developers
+// SPDX-License-Identifier: MIT
+
+#include "apps/words/Nearest.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace hushmode {
+
+namespace {
+
+/// Letter case is no slip. Of other alphabets than the Latin one it stays as it is.
+std::string lowered(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+std::size_t editDistance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+template <class Candidates>
+std::string nearest(std::string_view given, const Candidates& candidates) {
+  constexpr std::size_t longestWord = 100;  // Nothing of that length is a slip of the pen.
+  if (given.size() > longestWord) return "";
+  const std::string word = lowered(given);
+  const std::size_t most = std::max<std::size_t>(2, word.size() / 3);
+  std::string best;
+  // Twice the distance, so that of equally near ones the one that begins alike is nearer: "of" is "off", not "on".
+  std::size_t bestCost = 2 * most + 2;
+  for (const auto& candidate : candidates) {
+    const std::string other = lowered(candidate);
+    const std::size_t distance = editDistance(word, other);
+    const bool hasNothingInCommon = distance >= std::max(word.size(), other.size()) && distance > 0;
+    const std::size_t cost = 2 * distance + (other.starts_with(word) ? 0 : 1);
+    if (distance > most || hasNothingInCommon || cost >= bestCost) continue;
+    bestCost = cost;
+    best = candidate;
+  }
+  return best;
+}
+
+}  // namespace
+
+std::string nearestOf(std::string_view word, std::initializer_list<std::string_view> candidates) {
+  return nearest(word, candidates);
+}
+std::string nearestOf(std::string_view word, const std::vector<std::string>& candidates) {
+  return nearest(word, candidates);
+}
+
+}  // namespace hushmode
