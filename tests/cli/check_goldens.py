@@ -10,15 +10,15 @@ With HUSHMODED (under tests/services/run_with.py) those that need the daemon, el
 printed now in the place of what was: look at the difference before it is committed.
 """
 import difflib
-import os
 import pathlib
 import plistlib
 import re
 import shlex
 import subprocess
 import sys
-import tempfile
 import time
+
+from user_phone import UserFolders
 
 UPDATE = "--update" in sys.argv
 PROGRAM, SOURCE, *DAEMON = [pathlib.Path(each).resolve() for each in sys.argv[1:] if each != "--update"]
@@ -65,55 +65,34 @@ def zone_of_noon():
     return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
 
 
-def event(title, start, end):
-    def utc(seconds):
-        return time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(seconds))
-
-    return "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//test//EN", "BEGIN:VEVENT", "UID:one",
-                        f"DTSTAMP:{utc(start)}", f"DTSTART:{utc(start)}", f"DTEND:{utc(end)}", f"SUMMARY:{title}",
-                        "END:VEVENT", "END:VCALENDAR", ""])
-
-
 class Phone:
     """The profiles Work and Night, the calendars Work and Home; with a daemon, in a meeting of Work."""
 
     def __init__(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.folder / "config"), TZ=zone_of_noon(),
-                                LC_ALL="C.UTF-8", XDG_STATE_HOME=str(self.folder / "state"),
-                                XDG_DATA_HOME=str(self.folder / "data"))
-        for name in ("Work", "Home"):
-            folder = self.folder / "data/hushmode/calendars" / name
-            folder.mkdir(parents=True)
-            title, start, end = ("Interview", -600, 600) if DAEMON and name == "Work" else ("Past", -86400, -86300)
-            (folder / "one.ics").write_text(event(title, time.time() + start, time.time() + end))
+        self.user = UserFolders(PROGRAM, on_bus=bool(DAEMON), zone=zone_of_noon())
+        self.folder = self.user.folder
+        self.user.put_calendars("Work", "Home")
+        if DAEMON:
+            self.user.put_event("Work", "Interview", time.time() - 600, time.time() + 600)
         work = {"identifier": 1700000000, "title": "Work", "enabled": True, "allDay": False, "startTime": "12:00 AM",
                 "endTime": "11:59 PM", "ringerVolume": 0.05, "playBackVolume": 0.1, "vibrate": True,
                 "calendarIdentifiers": ["folder:Work"], "wifiNetworks": ["Office"]}
         night = {"identifier": 1700000001, "title": "Night", "enabled": True, "allDay": True, "dnDEnabled": True,
                  "calendarIdentifiers": ["folder:Home"]}
-        self.write("config/hushmode/com.quorvel.hushmode.profiles.plist", [work, night])
+        self.user.write_profiles([work, night])
         self.write("same.plist", [work])
         self.write("other.plist", [{**work, "allDay": True, "playBackVolume": 0.25, "wifiNetworks": []},
                                    {"title": "Cinema", "enabled": True, "dnDEnabled": True, "ringervolume": 0.1}])
         self.write("wrong.plist", [work, {**night, "ringerVolume": 12}])
-        self.daemon = None
         if DAEMON:
             wifi = WiFi()
             wifi.add("Office")
             wifi.join(wifi.add("Home"))
-            self.daemon = subprocess.Popen([DAEMON[0]], env=self.environment, stderr=subprocess.DEVNULL)
-            subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
-                           env=self.environment)
+            self.user.start_daemon(DAEMON[0])
             self.wait_for_switch()
-        else:
-            self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-            self.environment["XDG_RUNTIME_DIR"] = str(self.folder)
 
     def write(self, name, profiles):
-        path = self.folder / name
-        path.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
-        path.write_bytes(plistlib.dumps(profiles))
+        (self.folder / name).write_bytes(plistlib.dumps(profiles))
 
     def wait_for_switch(self):
         """Until the last switch, to on, has come to rest."""
@@ -123,7 +102,7 @@ class Phone:
             time.sleep(0.1)
 
     def run(self, words):
-        return subprocess.run([PROGRAM, *words], env=self.environment, cwd=SOURCE, capture_output=True, text=True)
+        return subprocess.run([PROGRAM, *words], env=self.user.environment, cwd=SOURCE, capture_output=True, text=True)
 
     def shown(self, command):
         if command == "WAIT":
@@ -135,11 +114,6 @@ class Phone:
         if result.returncode != 0:
             text += f"(exit code {result.returncode})\n"
         return text.replace(str(self.folder), "HERE") + "\n"
-
-    def end(self):
-        if self.daemon:
-            self.daemon.terminate()
-            self.daemon.wait(15)
 
 
 def main():
@@ -161,7 +135,7 @@ def main():
                 sys.stdout.writelines(difflib.unified_diff(expected.splitlines(True), text.splitlines(True),
                                                            str(path), "now"))
     finally:
-        phone.end()
+        phone.user.end()
     known = {f"{name}.txt" for name in {**ALONE, **WITH_DAEMON}}
     for path in GOLDENS.glob("*"):
         if path.name not in known:

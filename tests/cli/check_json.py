@@ -7,17 +7,15 @@
 usage: check_json.py HUSHMODE SOURCE-FOLDER [HUSHMODED] [unittest argument...]; with HUSHMODED under run_with.py.
 """
 import json
-import os
 import pathlib
 import plistlib
-import signal
-import subprocess
 import sys
-import tempfile
 import time
 import unittest
 
 import jsonschema
+
+from user_phone import UserFolders
 
 if len(sys.argv) > 3 and not sys.argv[3].startswith("-"):
     sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "daemon"))
@@ -28,43 +26,25 @@ SCHEMAS = SOURCE / "docs/json"
 EXAMPLES = SOURCE / "examples"
 
 
-def calendar(start, end, title):
-    def utc(seconds):
-        return time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(seconds))
-
-    return "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//test//EN", "BEGIN:VEVENT", "UID:one",
-                        f"DTSTAMP:{utc(start)}", f"DTSTART:{utc(start)}", f"DTEND:{utc(end)}", f"SUMMARY:{title}",
-                        "END:VEVENT", "END:VCALENDAR", ""])
-
-
 class Json(unittest.TestCase):
     """A phone in a meeting of the profile Work, with quiet hours for the profile Night."""
 
     @classmethod
     def setUpClass(cls):
         cls.seen = set()
-        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
-        cls.environment = dict(os.environ, XDG_CONFIG_HOME=str(cls.folder / "config"), LC_ALL="C.UTF-8",
-                               XDG_STATE_HOME=str(cls.folder / "state"), XDG_DATA_HOME=str(cls.folder / "data"))
-        cls.calendars = cls.folder / "data/hushmode/calendars"
-        (cls.calendars / "Work").mkdir(parents=True)
+        cls.phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
+        cls.addClassCleanup(cls.phone.end)
         now = time.time()
-        (cls.calendars / "Work/one.ics").write_text(calendar(now - 600, now + 600, "Interview"))
-        cls.list = cls.folder / "list.plist"
+        cls.phone.put_event("Work", "Interview", now - 600, now + 600)
+        cls.list = cls.phone.folder / "list.plist"
         cls.list.write_bytes(plistlib.dumps([
             {"title": "Work", "enabled": True, "allDay": True, "ringerVolume": 0.05, "calendarIdentifiers": ["folder:Work"]},
             {"title": "Night", "enabled": True, "allDay": True, "calendarIdentifiers": []}]))
-        config = cls.folder / "config/hushmode"
-        config.mkdir(mode=0o700, parents=True)
-        (config / "com.quorvel.hushmode.profiles.plist").write_bytes(plistlib.dumps([]))
-        cls.daemon = None
+        cls.phone.write_profiles([])
         if DAEMON:
             wifi = WiFi()
             wifi.join(wifi.add("Home"))
-            cls.start_daemon()
-        else:
-            cls.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-            cls.environment["XDG_RUNTIME_DIR"] = str(cls.folder)
+            cls.phone.start_daemon(DAEMON)
         cls.lines("import", "import", cls.list)
         cls.call("on")
         cls.call("schedule", "Night", "22:00-06:00", "--days", "mon,sun")
@@ -75,20 +55,8 @@ class Json(unittest.TestCase):
                 time.sleep(0.1)
 
     @classmethod
-    def start_daemon(cls):
-        cls.daemon = subprocess.Popen([DAEMON], env=cls.environment, stderr=subprocess.DEVNULL)
-        subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
-                       env=cls.environment)
-
-    @classmethod
-    def tearDownClass(cls):
-        if cls.daemon and cls.daemon.poll() is None:
-            cls.daemon.terminate()
-            cls.daemon.wait(15)
-
-    @classmethod
     def call(cls, *arguments, codes=(0,)):
-        result = subprocess.run([PROGRAM, *map(str, arguments)], env=cls.environment, capture_output=True, text=True)
+        result = cls.phone.run(*arguments)
         assert result.returncode in codes, (arguments, result)
         return result.stdout
 
@@ -125,8 +93,7 @@ class Json(unittest.TestCase):
             lines("log", "log")
             lines("networks", "networks")
             # What a dead daemon has left.
-            self.daemon.send_signal(signal.SIGKILL)
-            self.daemon.wait()
+            self.phone.kill_daemon()
             lines("rescue", "rescue", "--dry-run", least=2)
             lines("rescue", "rescue", least=2)
         else:

@@ -16,8 +16,9 @@ import resource
 import signal
 import subprocess
 import sys
-import tempfile
 import unittest
+
+from user_phone import PROFILES, UserFolders
 
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
 DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
@@ -31,29 +32,16 @@ class Transfer(unittest.TestCase):
     """Each test starts with the profile Work and the calendar Work."""
 
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.folder / "config"), LC_ALL="C.UTF-8",
-                                XDG_STATE_HOME=str(self.folder / "state"), XDG_DATA_HOME=str(self.folder / "data"))
-        (self.folder / "data/hushmode/calendars/Work").mkdir(parents=True)
-        self.file = self.folder / "config/hushmode/com.quorvel.hushmode.profiles.plist"
-        self.file.parent.mkdir(mode=0o700, parents=True)
-        with open(self.file, "wb") as file:
-            plistlib.dump([{"identifier": 1700000000, "applied": False, **WORK}], file)
-        self.daemon = None
-        if DAEMON is None:
-            self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-            self.environment["XDG_RUNTIME_DIR"] = str(self.folder)
-            return
-        # For the test that lets its disk become full.
-        ignore = lambda: signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        self.daemon = subprocess.Popen([DAEMON], env=self.environment, stderr=subprocess.DEVNULL, preexec_fn=ignore)
-        subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
-                       env=self.environment)
-
-    def tearDown(self):
-        if self.daemon:
-            self.daemon.terminate()
-            self.assertEqual(self.daemon.wait(15), 0)
+        self.phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
+        self.addCleanup(self.phone.end)
+        self.folder, self.environment = self.phone.folder, self.phone.environment
+        (self.phone.calendars / "Work").mkdir()
+        self.file = self.phone.config / PROFILES
+        self.phone.write_profiles([{"identifier": 1700000000, "applied": False, **WORK}])
+        if DAEMON:
+            # For the test that lets its disk become full.
+            ignore = lambda: signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            self.phone.start_daemon(DAEMON, preexec_fn=ignore)
 
     def run_program(self, *arguments, **options):
         return subprocess.run([PROGRAM, *map(str, arguments)], env=self.environment, capture_output=True, **options)
@@ -227,7 +215,7 @@ class Transfer(unittest.TestCase):
     def test_what_was_done_before_a_failure_is_told(self):
         self.done("profile", "edit", "Work", "--media", "20%")  # From now on every key is in the file.
         room = int(self.file.stat().st_size * 2.5)
-        resource.prlimit(self.daemon.pid, resource.RLIMIT_FSIZE, (room, room))
+        resource.prlimit(self.phone.daemon.pid, resource.RLIMIT_FSIZE, (room, room))
         result = self.run_program("import", self.list(*({**NIGHT, "title": each} for each in "ABC")))
         self.assertEqual((result.returncode, result.stdout), (3, b""), result)
         told = re.fullmatch("hushmode: ([BC]): .*; before that were done: (.*); the rest was not\n", result.stderr.decode())

@@ -8,12 +8,16 @@ import pathlib
 import plistlib
 import signal
 import subprocess
+import sys
 import time
 
 import gi
 
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+from calendar_text import calendar_text  # noqa: E402
 
 NAME = "com.quorvel.Hushmode"
 PATH = "/com/quorvel/Hushmode"
@@ -47,23 +51,12 @@ def zone_of_noon():
     return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
 
 
-def event(title, start, end, uid="one"):
-    """The text of a calendar with this one event; times are seconds since 1970."""
-
-    def utc(seconds):
-        return time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(seconds))
-
-    lines = ["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:test", "BEGIN:VEVENT", f"UID:{uid}", f"SUMMARY:{title}",
-             f"DTSTAMP:{utc(start)}", f"DTSTART:{utc(start)}", f"DTEND:{utc(end)}", "END:VEVENT", "END:VCALENDAR", ""]
-    return "\r\n".join(lines)
-
-
 def put_event(title, start, end, calendar_name="work", uid="one"):
     """Writes a calendar with this one event into the folder. As sync programs do it: by a rename."""
     folder = CALENDARS / calendar_name
     folder.mkdir(parents=True, exist_ok=True)
     new = folder / f".{uid}.new"
-    new.write_text(event(title, start, end, uid))
+    new.write_text(calendar_text(title, start, end, uid=uid))
     new.rename(folder / f"{uid}.ics")
 
 
@@ -71,7 +64,7 @@ def put_service_event(title, start, end):
     """The same in the personal calendar of Evolution Data Server, which reads it when it first opens that calendar."""
     folder = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "evolution" / "calendar" / "system"
     folder.mkdir(parents=True, exist_ok=True)
-    (folder / "calendar.ics").write_text(event(title, start, end))
+    (folder / "calendar.ics").write_text(calendar_text(title, start, end))
 
 
 def remove_event(calendar_name="work", uid="one"):

@@ -14,8 +14,10 @@ import time
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(ROOT / "tests" / "services"))
+for each in ("services", "support"):
+    sys.path.insert(0, str(ROOT / "tests" / each))
 import run_with  # noqa: E402
+from calendar_text import calendar_text  # noqa: E402
 
 OBJECT = ["-d", "com.quorvel.Hushmode", "-o", "/com/quorvel/Hushmode"]
 INTERFACE = "com.quorvel.Hushmode1"
@@ -129,12 +131,8 @@ class LivePhone:
         end = start + datetime.timedelta(seconds=long)
         folder = self.calendars / calendar
         folder.mkdir(parents=True, exist_ok=True)
-        stamp = "%Y%m%dT%H%M%SZ"
-        text = "\r\n".join(["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//test//EN", "BEGIN:VEVENT", f"UID:{name}",
-                            f"DTSTAMP:{start:{stamp}}", f"DTSTART:{start:{stamp}}", f"DTEND:{end:{stamp}}",
-                            f"SUMMARY:{name}", "END:VEVENT", "END:VCALENDAR", ""])
         temporary = folder / f".{name}.tmp"
-        temporary.write_text(text)
+        temporary.write_text(calendar_text(name, start.timestamp(), end.timestamp(), uid=name))
         temporary.rename(folder / f"{name}.ics")
         return start, end
 
