@@ -11,19 +11,17 @@ import os
 import pathlib
 import plistlib
 import resource
-import shutil
 import signal
 import subprocess
 import sys
-import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "daemon"))
-from hushmoded import (CALENDARS, CONFIG, PROFILES, STATE, Daemon, put_event, read_profiles_file, remove_event,
-                       set_sink_volume, sink_volume, sink_volume_is, wait_until)  # noqa: E402
+from daemon_test import LOUD, QUIET, DaemonTest  # noqa: E402
+from hushmoded import (PROFILES, STATE, read_profiles_file, remove_event, set_sink_volume, sink_volume, sink_volume_is,
+                       wait_until)  # noqa: E402
 
-PROGRAM, DAEMON = sys.argv.pop(1), sys.argv.pop(1)
-LOUD, QUIET = 0.6, 0.1
+PROGRAM, DaemonTest.program = sys.argv.pop(1), sys.argv.pop(1)
 LEDGER = STATE / "com.quorvel.hushmode.ledger.plist"
 FEEDBACK = ["org.sigxcpu.feedbackd", "profile"]
 BANNERS = ["org.gnome.desktop.notifications", "show-banners"]
@@ -37,29 +35,14 @@ def has_setting(key):
     return subprocess.run(["gsettings", "get", *key], capture_output=True).returncode == 0
 
 
-class Rescue(unittest.TestCase):
-    def setUp(self):
-        for folder in (CONFIG, STATE, CALENDARS):
-            shutil.rmtree(folder, ignore_errors=True)
-        set_sink_volume(LOUD)
-        self.daemon = None
-
+class Rescue(DaemonTest):
     def tearDown(self):
-        if self.daemon and self.daemon.process.poll() is None:
-            self.daemon.end(signal.SIGKILL)
+        super().tearDown()
         self.rescue()  # The sound server keeps the volumes for the next test.
 
-    def go_quiet(self):
+    def in_a_meeting(self):
         """A daemon in a meeting, with Do Not Disturb on where there is one."""
-        put_event("Past", time.time() - 3600, time.time() - 3000, uid="past")
-        self.daemon = Daemon(DAEMON)
-        self.daemon.delete_all()
-        calendars = [each["identifier"] for each in self.daemon.call("ListCalendars")]
-        self.daemon.add(title="Work", enabled=True, allDay=True, playBackVolume=QUIET, ringerVolume=QUIET,
-                        dnDEnabled=True, vibrate=False, calendarIdentifiers=calendars)
-        put_event("Interview", time.time() - 60, time.time() + 600)
-        wait_until(sink_volume_is(QUIET), "the event's volume")
-        wait_until(self.daemon.applied, "the applied profile")
+        self.go_quiet(self.start_with_profile(dnDEnabled=True, vibrate=False))
 
     def die(self):
         self.daemon.end(signal.SIGKILL)
@@ -78,7 +61,7 @@ class Rescue(unittest.TestCase):
         self.assertEqual((result.returncode, result.stderr), (0, ""), result)
         return result.stdout
 
-    def refused(self, code, *says, **options):
+    def rescue_refused(self, code, *says, **options):
         result = self.rescue(**options)
         self.assertEqual(result.returncode, code, result)
         # Libraries have their say about a full disk as well.
@@ -90,7 +73,7 @@ class Rescue(unittest.TestCase):
 
     def test_what_a_dead_daemon_left_quiet_is_loud_again(self):
         banners = has_setting(BANNERS) and setting(BANNERS)
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         expected = self.quiet_to_loud()
         self.assertEqual(self.done(), expected + "Everything is as it was.\n")
@@ -102,7 +85,7 @@ class Rescue(unittest.TestCase):
         self.assertEqual(self.done(), "There is nothing to put back.\n")
         self.assertEqual(self.done("--json"), "")
         # The next daemon goes on as if nothing had been.
-        self.daemon = Daemon(DAEMON)
+        self.start()
         wait_until(sink_volume_is(QUIET), "the event's volume")
         remove_event()
         wait_until(sink_volume_is(LOUD), "the volume as it was")
@@ -126,14 +109,14 @@ class Rescue(unittest.TestCase):
         return values
 
     def test_a_dry_run_changes_nothing(self):
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         media = next(each for each in self.json() if each["what"] == "media")
         self.assertEqual(media, {"what": "media", "before": QUIET, "wanted": LOUD, "done": False})
         self.assertEqual(self.done("--dry-run"), self.quiet_to_loud() + "Nothing was changed.\n")
 
     def test_what_the_user_has_set_since_is_theirs(self):
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         set_sink_volume(0.3)
         self.assertNotIn("media", self.done())
@@ -141,8 +124,8 @@ class Rescue(unittest.TestCase):
         self.assertEqual(self.ledger(), [])
 
     def test_a_daemon_that_runs_does_it_itself(self):
-        self.go_quiet()
-        self.assertEqual(self.refused(1, '"Work"', "hushmode off"), "")
+        self.in_a_meeting()
+        self.assertEqual(self.rescue_refused(1, '"Work"', "hushmode off"), "")
         self.assertTrue(sink_volume_is(QUIET)())
         remove_event()
         wait_until(sink_volume_is(LOUD), "the volume as it was")
@@ -150,10 +133,10 @@ class Rescue(unittest.TestCase):
         self.assertEqual(self.done(), "There is nothing to put back.\n")
 
     def test_a_ledger_that_cannot_be_read_is_named(self):
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         LEDGER.write_text("nonsense")
-        self.refused(3, str(LEDGER), "Remove that file")
+        self.rescue_refused(3, str(LEDGER), "Remove that file")
         self.assertEqual(LEDGER.read_text(), "nonsense")
         self.assertTrue(sink_volume_is(QUIET)())
         LEDGER.unlink()
@@ -161,10 +144,10 @@ class Rescue(unittest.TestCase):
         self.assertTrue(sink_volume_is(LOUD)())
 
     def test_without_a_sound_server_the_volumes_stay_noted(self):
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         away = {**os.environ, "PULSE_SERVER": "unix:/nonexistent"}
-        self.refused(3, "ringtone, media", "try again", env=away)
+        self.rescue_refused(3, "ringtone, media", "try again", env=away)
         self.assertTrue(self.ledger())
         self.assertTrue(sink_volume_is(QUIET)())
         self.done()
@@ -172,12 +155,12 @@ class Rescue(unittest.TestCase):
         self.assertEqual(self.ledger(), [])
 
     def test_a_disk_that_takes_nothing_is_said(self):
-        self.go_quiet()
+        self.in_a_meeting()
         self.die()
         before = LEDGER.read_bytes()
         full = lambda: (resource.setrlimit(resource.RLIMIT_FSIZE, (0, 0)), signal.signal(signal.SIGXFSZ, signal.SIG_IGN))
         # Standard output is a pipe, which the limit leaves alone.
-        self.refused(3, str(STATE), "make room", preexec_fn=full)
+        self.rescue_refused(3, str(STATE), "make room", preexec_fn=full)
         self.assertTrue(sink_volume_is(LOUD)(), "heard all the same")
         self.assertEqual(LEDGER.read_bytes(), before)
         self.done()

@@ -13,7 +13,7 @@ import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from check_daemon import LOUD, QUIET, DaemonTest  # noqa: E402
+from daemon_test import LOUD, QUIET, DaemonTest  # noqa: E402
 from hushmoded import Daemon, put_service_event, sink_volume, sink_volume_is, wait_until  # noqa: E402
 
 CALENDAR = "evolution:system-calendar"
@@ -53,4 +53,4 @@ class CalendarService(DaemonTest):
 
 if __name__ == "__main__":
     DaemonTest.program = sys.argv.pop(1)
-    unittest.main(argv=[sys.argv[0], "CalendarService", *sys.argv[1:]], verbosity=1)
+    unittest.main(verbosity=1)
