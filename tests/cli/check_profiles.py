@@ -7,13 +7,11 @@
 usage: check_profiles.py PROGRAM [DAEMON]   (with a daemon: in a session of run_with.py)
 """
 import json
-import os
 import pathlib
-import subprocess
 import sys
-import tempfile
-import time
 import unittest
+
+from user_phone import UserFolders
 
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
 DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
@@ -23,34 +21,13 @@ class Commands(unittest.TestCase):
     """Each test starts with no profiles and the calendars Work and Home."""
 
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hm-"))
-        self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.folder / "config"), LANG="C.UTF-8", LC_ALL="C.UTF-8",
-                                XDG_STATE_HOME=str(self.folder / "state"), XDG_DATA_HOME=str(self.folder / "data"))
-        for name in ("Work", "Home"):
-            (self.folder / "data/hushmode/calendars" / name).mkdir(parents=True)
-            (self.folder / "data/hushmode/calendars" / name / "event.ics").write_text(
-                "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//test//EN\r\nBEGIN:VEVENT\r\nUID:1\r\n"
-                "DTSTAMP:20240101T000000Z\r\nDTSTART:20240101T000000Z\r\nSUMMARY:Past\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n")
-        self.daemon = None
-        if DAEMON is None:
-            self.environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-            self.environment["XDG_RUNTIME_DIR"] = str(self.folder)
-            return
-        (self.folder / "config/hushmode").mkdir(mode=0o700, parents=True)
-        (self.folder / "config/hushmode/com.quorvel.hushmode.profiles.plist").write_text(
-            '<?xml version="1.0" encoding="UTF-8"?>\n<plist version="1.0"><array/></plist>\n')
-        self.daemon = subprocess.Popen([DAEMON], env=self.environment, stderr=subprocess.DEVNULL)
-        subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
-                       env=self.environment)
-
-    def tearDown(self):
-        if self.daemon:
-            self.daemon.terminate()
-            self.assertEqual(self.daemon.wait(15), 0)
-
-    def run_program(self, *arguments, **environment):
-        return subprocess.run([PROGRAM, *map(str, arguments)], env={**self.environment, **environment},
-                              capture_output=True, text=True)
+        self.phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
+        self.addCleanup(self.phone.end)
+        self.folder, self.environment, self.run_program = self.phone.folder, self.phone.environment, self.phone.run
+        self.phone.put_calendars("Work", "Home")
+        if DAEMON:
+            self.phone.write_profiles([])
+            self.phone.start_daemon(DAEMON)
 
     def done(self, *arguments, **environment):
         result = self.run_program(*arguments, **environment)
