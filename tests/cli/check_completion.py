@@ -11,17 +11,15 @@ import os
 import pathlib
 import subprocess
 import sys
-import tempfile
 import unittest
 
 import shells
+from user_phone import UserFolders
 
 SHELL, PROGRAM, SOURCE = sys.argv[1], pathlib.Path(sys.argv[2]).resolve(), pathlib.Path(sys.argv[3]).resolve()
 DAEMON = sys.argv[4] if len(sys.argv) > 4 else None
 SKIPPED = 77
 
-EVENT = ("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//test//EN\r\nBEGIN:VEVENT\r\nUID:1\r\nDTSTAMP:20240101T000000Z\r\n"
-         "DTSTART:20240101T000000Z\r\nSUMMARY:Past\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n")
 TITLES = ("Night shift", "Rock 'n' Roll", 'Büro "Süd" $5', "Ärzte!", "a\\b `c`", "100% & <more>; *")
 CALENDARS = ("Work", "Home office", "Büro $x")
 NETWORKS = ("Café au lait", "Office")
@@ -65,23 +63,15 @@ NOTHING = ["profile add Nig", "agenda --days ", "profile shw Nig", "status extra
 class Completion(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.holder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.holder.cleanup)
-        folder = pathlib.Path(cls.holder.name)
+        phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
+        cls.addClassCleanup(phone.end)
+        folder, cls.environment = phone.folder, phone.environment
+        cls.environment.update(HOME=str(folder), PATH=f"{folder}/bin:/usr/bin:/bin")
         (folder / "bin").mkdir()
         (folder / "bin/hushmode").symlink_to(PROGRAM)
         (folder / "here").mkdir()
         (folder / "here/workday.json").touch()
-        environment = {**os.environ, "LC_ALL": "C.UTF-8", "HOME": str(folder), "PATH": f"{folder}/bin:/usr/bin:/bin",
-                       **{f"XDG_{name.upper()}_HOME": str(folder / name) for name in ("config", "state", "data", "cache")}}
-        if not DAEMON:
-            environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-            environment["XDG_RUNTIME_DIR"] = str(folder)
-        cls.environment = environment
-        for name in CALENDARS:
-            calendar = folder / "data/hushmode/calendars" / name
-            calendar.mkdir(parents=True)
-            (calendar / "event.ics").write_text(EVENT)
+        phone.put_calendars(*CALENDARS)
         for title in TITLES:
             cls.run_program("profile", "add", title)
         if DAEMON:
@@ -90,12 +80,9 @@ class Completion(unittest.TestCase):
             radio = phone_services.WiFi()
             for name in NETWORKS:
                 radio.add(name)
-            daemon = subprocess.Popen([DAEMON], env=environment, stderr=subprocess.DEVNULL)
-            cls.addClassCleanup(lambda: (daemon.terminate(), daemon.wait(15)))
-            subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
-                           env=environment)
+            phone.start_daemon(DAEMON)
         os.chdir(folder / "here")
-        cls.shell = shells.SHELLS[SHELL](SOURCE / "packaging/completions", environment)
+        cls.shell = shells.SHELLS[SHELL](SOURCE / "packaging/completions", cls.environment)
         cls.addClassCleanup(cls.shell.end)
 
     @classmethod
