@@ -6,7 +6,6 @@
 #include "tests/devices/shared/CalendarSamples.h"
 
 #include <algorithm>
-#include <chrono>
 #include <fcntl.h>
 #include <random>
 #include <sys/stat.h>
@@ -76,8 +75,7 @@ class CachedCalendarFolderTest : public testing::Test {
   }
 
   TemporaryFolder files;
-  std::int64_t now =
-      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
+  const std::int64_t now = 1'774'857'600;  // 2026-03-30 08:00 UTC.
   std::shared_ptr<const TimeZone> berlin = zone("Europe/Berlin");
   std::size_t filesRead = 0;
 };
