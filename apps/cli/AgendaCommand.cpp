@@ -5,6 +5,7 @@
 // the phone in memory.
 
 #include "apps/cli/Commands.h"
+#include "apps/cli/PlannedChange.h"
 #include "apps/cli/Timeline.h"
 #include "apps/client/Daemon.h"
 #include "apps/client/Forecast.h"
@@ -18,15 +19,18 @@
 #include "apps/terminal/Terminal.h"
 #include "devices/shared/PropertyListFileBytes.h"
 #include "devices/words/Text.h"
+#include "util/Numbers.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <langinfo.h>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unistd.h>
+#include <vector>
 
 namespace hushmode::cli {
 
@@ -101,11 +105,39 @@ int drawn(const Options& options) {
   return Done;
 }
 
+/// The profiles that the daemon has on, when the forecast begins now: they need not be switched on.
+std::vector<platform::Dictionary> onAlready(const Forecast& made, const Options& options) {
+  std::vector<platform::Dictionary> list;
+  if (!options.from.empty() || !Daemon::running()) return list;
+  std::copy_if(made.profiles.begin(), made.profiles.end(), std::back_inserter(list),
+               [](const auto& each) { return booleanMeaning(each.find("applied")); });
+  return list;
+}
+
+/// The switches to come, without those that the real phone has done before.
+std::vector<host::Switch> toCome(const Forecast& made, const std::vector<platform::Dictionary>& on) {
+  std::vector<host::Switch> list;
+  std::copy_if(made.switches.begin(), made.switches.end(), std::back_inserter(list), [&](const host::Switch& each) {
+    const bool atOnce = each.on && each.at < made.from.addingSeconds(1);
+    return !atOnce || std::none_of(on.begin(), on.end(),
+                                   [&](const auto& profile) { return identifierOf(profile) == each.identifier; });
+  });
+  return list;
+}
+
 int agenda(const Options& options) {
   if (wantsPicture(options)) return drawn(options);
   const Forecast made = forecastOf(options);
-  Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), made.zone, false);
-  for (const host::Switch& each : made.switches) {
+  const auto on = onAlready(made, options);
+  const Terminal terminal = Terminal::of(STDOUT_FILENO);
+  if (!options.json) {
+    for (const auto& each : on) {
+      std::cout << tr("{} is on now.", terminal.styled(harmless(titleOf(each)), Style::Bold)) << '\n';
+    }
+  }
+  Timeline timeline(std::cout, terminal, made.zone,
+                    [&](const host::Switch& each) { return plannedChange(each, made.found); });
+  for (const host::Switch& each : toCome(made, on)) {
     if (!options.json) {
       timeline.add(each);
       continue;

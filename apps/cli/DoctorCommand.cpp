@@ -38,7 +38,7 @@ struct Options {
 
 constexpr int forecastDays = 31;
 /// Of packaging/com.quorvel.Hushmode1.xml, as this program was written for it.
-constexpr guint32 interfaceVersion = 2;
+constexpr guint32 interfaceVersion = 3;
 
 enum class Area { Daemon, Service, Calendar, Profile };
 

@@ -36,13 +36,14 @@ namespace {
 
 struct Options {
   std::string length, profile, hours, days;
-  bool list = false, remove = false, json = false;
+  bool end = false, list = false, remove = false, json = false;
 };
 
 constexpr int longestMinutes = 7 * 24 * 60;
 
 /// "90m", "2h", "1h30m" in minutes.
 int parseLength(const std::string& text) {
+  if (text.empty()) throw InputError(tr("quiet: expected how long, such as 90m, 2h or 1h30m; or --end"));
   Scanner scanner(text);
   int minutes = 0;
   auto number = scanner.number(1, 4);
@@ -112,7 +113,27 @@ void warnUnless(bool noticed) {
   complain(tr("the daemon has not noticed it yet; see hushmode doctor"));
 }
 
+/// Ends the quiet times that go on: of the profile named, or of all.
+int endQuiet(const Options& options) {
+  const auto store = ProfileStore::open();
+  auto spans = OwnCalendar::list();
+  const std::optional<std::int64_t> wanted =
+      options.profile.empty() ? std::nullopt
+                              : std::optional(identifierOf(profileNamed(store->list(), options.profile)));
+  std::erase_if(spans, [&, now = wallClock()](const OwnEvent& each) {
+    return !each.until || *each.until <= now || (wanted && each.owner != *wanted);
+  });
+  if (spans.empty()) throw InputError(tr("no quiet time goes on; see hushmode status"));
+  for (const OwnEvent& each : spans) {
+    warnUnless(OwnCalendar::removeQuiet(each));
+    std::cout << tr("The quiet time of \"{}\" ends in a few seconds.", harmless(each.profile)) << '\n';
+  }
+  tellUnlessLive(*store, std::cout);
+  return Done;
+}
+
 int quiet(const Options& options) {
+  if (options.end) return endQuiet(options);
   const int minutes = parseLength(options.length);
   const auto store = ProfileStore::open();
   const auto profile = chosenProfile(*store, options.profile);
@@ -123,7 +144,9 @@ int quiet(const Options& options) {
   const Date end = now.addingSeconds(minutes * 60);
   follow(*store, profile);
   warnUnless(calendarOf(profile).addQuiet(now, end));
-  std::cout << tr("\"{0}\" is quiet until {1}.", titleOf(profile), simulation::minuteTime(end, *userZone())) << '\n';
+  std::cout << tr("\"{0}\" goes on in a few seconds, and off at {1}, or with: hushmode quiet --end", titleOf(profile),
+                  simulation::minuteTime(end, *userZone()))
+            << '\n';
   return Done;
 }
 
@@ -174,11 +197,11 @@ int schedule(const Options& options) {
 void addQuietCommands(CLI::App& program, Command& chosen) {
   const auto quietOptions = std::make_shared<Options>(), scheduleOptions = std::make_shared<Options>();
   CLI::App* quietly = program.add_subcommand("quiet", tr("Quiet from now on, for a while"));
-  quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))
-      ->required()
-      ->type_name("LENGTH");
+  CLI::Option* length = quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))
+                            ->type_name("LENGTH");
   quietly->add_option("--profile", quietOptions->profile, tr("By which profile"))->type_name("PROFILE");
-  quietly->footer(tr("Example:\n  {}", "hushmode quiet 90m"));
+  quietly->add_flag("--end", quietOptions->end, tr("End it now"))->excludes(length);
+  quietly->footer(tr("Examples:\n  {}", "hushmode quiet 90m\n  hushmode quiet --end"));
   quietly->final_callback([quietOptions, &chosen] { chosen = [quietOptions] { return quiet(*quietOptions); }; });
 
   CLI::App* hours = program.add_subcommand("schedule", tr("Quiet hours without a calendar, over midnight too"));

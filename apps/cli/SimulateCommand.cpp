@@ -11,6 +11,7 @@
 #include "apps/simulation/Simulation.h"
 #include "apps/simulation/TimeText.h"
 #include "apps/terminal/Terminal.h"
+#include "apps/words/Words.h"
 #include "devices/words/Text.h"
 
 #include <chrono>
@@ -75,7 +76,8 @@ int simulate(const Options& options) {
   Scenario scenario = scenarioOf(options);
   const auto zone = scenario.zone;
   Progress progress(scenario);
-  Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), zone, options.verbose);
+  Timeline timeline(std::cout, Terminal::of(STDOUT_FILENO), zone,
+                    [](const host::Switch& each) { return inWords(host::difference(each.before, each.after)); });
 
   simulation::Audience audience;
   audience.decisions = options.json || options.verbose;

@@ -175,9 +175,13 @@ int calendars(const Options& options) {
                 << (each.writable ? "" : tr(" (read only)")) << '\n';
     }
   }
-  if (known.empty() && !options.json) {
+  if (options.json) return Done;
+  if (known.empty()) {
     std::cout << tr("There are no calendars. Put iCalendar files into {}", (calendarFolder() / "NAME").string())
               << '\n';
+  }
+  if (!Daemon::running()) {
+    std::cout << tr("Calendars of accounts are not listed: the daemon knows them, and does not run.") << '\n';
   }
   return Done;
 }

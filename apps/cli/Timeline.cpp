@@ -13,17 +13,15 @@ namespace hushmode::cli {
 
 using host::Switch;
 
-Timeline::Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, bool decisions)
-    : out_(out), terminal_(terminal), zone_(std::move(zone)), decisions_(decisions) {}
+Timeline::Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, Change change)
+    : out_(out), terminal_(terminal), zone_(std::move(zone)), change_(std::move(change)) {}
 
 void Timeline::add(const Switch& each) {
   ++switches_;
   insert({each.at, true, each, {}});
 }
 
-void Timeline::add(const devices::RecordEntry& entry) {
-  if (decisions_) insert({entry.time, false, {}, entry.text()});
-}
+void Timeline::add(const devices::RecordEntry& entry) { insert({entry.time, false, {}, entry.text()}); }
 
 void Timeline::insert(Line line) {
   // A switch is told once its effects are over, so it comes after later entries; it belongs before the first entry that
@@ -49,9 +47,7 @@ void Timeline::print(const Line& line, std::size_t profileColumns, std::size_t r
   out_ << "  " << time << "  " << terminal_.styled(padded(harmless(each.profile), profileColumns), Style::Bold) << "  "
        << terminal_.styled(padded(each.on ? tr("on") : tr("off"), stateColumns), each.on ? Style::Green : Style::Red)
        << "  " << padded(harmless(inWords(each.reason)), reasonColumns) << "  "
-       << (each.withNext ? tr("(changed together with the next line)")
-                         : inWords(host::difference(each.before, each.after)))
-       << '\n';
+       << (each.withNext ? tr("(changed together with the next line)") : change_(each)) << '\n';
 }
 
 void Timeline::printDay() {

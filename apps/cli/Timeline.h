@@ -8,17 +8,19 @@
 #include "devices/simulated/Record.h"
 #include "host/Switches.h"
 
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
 
 namespace hushmode::cli {
 
-/// Prints a simulation for people: day by day, one line per switch, columns aligned within a day.
+/// Prints switches for people: day by day, one line per switch, columns aligned within a day.
 class Timeline {
  public:
-  /// `decisions`: also the record's lines, each at its time.
-  Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, bool decisions);
+  /// What a switch changes, in words.
+  using Change = std::function<std::string(const host::Switch&)>;
+  Timeline(std::ostream& out, Terminal terminal, std::shared_ptr<const devices::TimeZone> zone, Change change);
 
   void add(const host::Switch& each);
   void add(const devices::RecordEntry& entry);
@@ -39,7 +41,7 @@ class Timeline {
   std::ostream& out_;
   Terminal terminal_;
   std::shared_ptr<const devices::TimeZone> zone_;
-  bool decisions_;
+  Change change_;
   std::string day_;
   std::vector<Line> lines_;
   std::size_t switches_ = 0;

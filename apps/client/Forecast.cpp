@@ -15,6 +15,9 @@ using platform::Date;
 
 namespace {
 
+/// Told apart from what profiles set.
+constexpr float someRingtone = 0.7651f, someMedia = 0.4327f;
+
 /// As they are, but for what is of this moment.
 Array unapplied(const std::vector<platform::Dictionary>& profiles) {
   Array array;
@@ -40,7 +43,7 @@ void putInto(devices::SimulatedPhone& phone, const KnownEvents& known) {
 Forecast forecast(std::vector<platform::Dictionary> profiles, Date from, Date to,
                   std::shared_ptr<const devices::TimeZone> zone, const Complaint& complaint,
                   const std::function<void(const devices::RecordEntry&)>& decisions) {
-  Forecast made{zone, from, to, std::move(profiles), {}, {}};
+  Forecast made{zone, from, to, std::move(profiles), {}, {}, {}};
   made.known = knownEvents(simulation::beginningOfLocalDay(from, *zone), to, *zone, complaint);
 
   simulation::Scenario scenario;
@@ -48,7 +51,12 @@ Forecast forecast(std::vector<platform::Dictionary> profiles, Date from, Date to
   scenario.from = from;
   scenario.to = to;
   scenario.profiles = unapplied(made.profiles);
-  scenario.prepare.push_back([&](devices::SimulatedPhone& phone) { putInto(phone, made.known); });
+  scenario.prepare.push_back([&](devices::SimulatedPhone& phone) {
+    putInto(phone, made.known);
+    phone.sound().setVolume(devices::SimulatedSound::ringtone, someRingtone);
+    phone.sound().setMediaVolume(someMedia);
+    made.found = simulation::stateOf(phone);
+  });
   simulation::Audience audience;
   audience.complaint = complaint;
   audience.switched = [&](const host::Switch& each) { made.switches.push_back(each); };

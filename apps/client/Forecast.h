@@ -18,7 +18,9 @@ struct Forecast {
   platform::Date from{0}, to{0};
   std::vector<platform::Dictionary> profiles;  ///< As they were given.
   KnownEvents known;                           ///< From the beginning of the first day.
-  std::vector<host::Switch> switches;          ///< In order.
+  /// The phone before the first switch. It stands for whatever the real one will be: no profile sets such volumes.
+  host::PhoneState found;
+  std::vector<host::Switch> switches;  ///< In order.
 };
 
 /// Plays the profiles (in the form of their file), and the phone's own calendars, on the library and the host on a

@@ -75,18 +75,25 @@ void replaceFile(const std::filesystem::path& path, const std::string& text) {
   }
 }
 
-/// The daemon notices a file some moments after it was written; until then nothing that it is asked knows of it. True
-/// when it has, or when none runs.
-bool isNoticed(const std::string& uid) {
+Date dateOfStamp(const std::string& stamp) {
+  std::tm parts{};
+  ::strptime(stamp.c_str(), "%Y%m%dT%H%M%SZ", &parts);
+  return Date(static_cast<double>(::timegm(&parts)));
+}
+
+/// The daemon notices a file some moments after it was written or removed; until then whatever it is asked is of the
+/// time before. True when it knows the event (or, where it is not `wanted`, no longer does), and when none runs.
+bool isNoticed(const std::string& uid, bool wanted = true) {
   const auto daemon = Daemon::running();
   if (!daemon) return true;
   constexpr double span = 8 * 86400;  // Quiet hours on one day of the week are in it.
   const auto arguments =
       devices::argumentsOf(wallClock().secondsSince1970() - span, wallClock().secondsSince1970() + span);
   for (int tries = 0; tries < 100; ++tries) {
-    for (const auto& each : daemon->ask<bus::Dictionaries>("ListEvents", arguments)) {
-      if (devices::textOf(each, "uid") == uid) return true;
-    }
+    const auto events = daemon->ask<bus::Dictionaries>("ListEvents", arguments);
+    const bool known = std::any_of(events.begin(), events.end(),
+                                   [&](const auto& each) { return devices::textOf(each, "uid") == uid; });
+    if (known == wanted) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(30));
   }
   return false;
@@ -164,6 +171,12 @@ bool OwnCalendar::removeHours() const {
   return std::filesystem::remove(folder() / "hours.ics", none);
 }
 
+bool OwnCalendar::removeQuiet(const OwnEvent& event) {
+  std::error_code none;
+  std::filesystem::remove(calendarFolder() / account / std::to_string(event.owner) / "quiet.ics", none);
+  return isNoticed(event.uid, false);
+}
+
 void OwnCalendar::remove() const {
   std::error_code none;
   std::filesystem::remove_all(folder(), none);
@@ -182,8 +195,10 @@ std::vector<OwnEvent> OwnCalendar::list() {
                    leadingInteger(entry.path().parent_path().filename().string()),
                    propertyOf(text, "X-HUSHMODE-PROFILE"),
                    {},
+                   {},
                    propertyOf(text, "X-HUSHMODE-DAYS")};
     if (const std::string hours = propertyOf(text, "X-HUSHMODE-HOURS"); !hours.empty()) event.hours = hours;
+    if (const std::string end = propertyOf(text, "DTEND"); !end.empty()) event.until = dateOfStamp(end);
     if (!event.uid.empty()) events.push_back(std::move(event));
   }
   std::sort(events.begin(), events.end(), [](const auto& a, const auto& b) { return a.profile < b.profile; });

@@ -19,10 +19,11 @@ namespace hushmode::cli {
 
 struct OwnEvent {
   std::string uid, title;
-  std::int64_t owner = 0;            ///< The identifier of the profile that it was made for.
-  std::string profile;               ///< That profile's title, at that time.
-  std::optional<std::string> hours;  ///< Of quiet hours: "22:00-06:00".
-  std::string days;                  ///< Of quiet hours: "daily", or "mon,tue".
+  std::int64_t owner = 0;               ///< The identifier of the profile that it was made for.
+  std::string profile;                  ///< That profile's title, at that time.
+  std::optional<platform::Date> until;  ///< Of a span.
+  std::optional<std::string> hours;     ///< Of quiet hours: "22:00-06:00".
+  std::string days;                     ///< Of quiet hours: "daily", or "mon,tue".
 };
 
 /// The calendar of one profile.
@@ -45,6 +46,9 @@ class OwnCalendar {
   bool removeHours() const;
   /// Removes the calendar, if there is one.
   void remove() const;
+
+  /// Removes such a span, and waits until a running daemon has noticed that: false when it has not after some seconds.
+  static bool removeQuiet(const OwnEvent& span);
 
   /// The events of all profiles, ordered by the profile's title.
   static std::vector<OwnEvent> list();

@@ -15,6 +15,9 @@ namespace hushmode::cli {
 using simulation::InputError;
 
 std::filesystem::path calendarFolder() {
+  if (const auto daemon = Daemon::running()) {
+    if (const auto folder = devices::textOf(daemon->properties(), "CalendarFolder")) return *folder;
+  }
   return devices::baseDirectory("XDG_DATA_HOME", ".local/share") / "hushmode" / "calendars";
 }
 

@@ -28,7 +28,7 @@ std::vector<KnownCalendar> knownCalendars();
 /// None without the daemon: nobody knows.
 std::optional<std::vector<KnownNetwork>> knownNetworks();
 
-/// Where calendars lie that belong to no account.
+/// Where calendars lie that belong to no account: the folder that the daemon reads; where none runs, the usual one.
 std::filesystem::path calendarFolder();
 
 /// The identifiers of calendars that people name by title or identifier. Throws simulation::InputError with the nearest

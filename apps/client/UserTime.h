@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "apps/client/UserTime.h"
 #include "devices/shared/TimeZone.h"
 #include "platform/Date.h"
 

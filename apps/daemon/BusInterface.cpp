@@ -21,11 +21,13 @@ extern const char* const interfaceXml;
 namespace {
 
 using devices::argumentsOf;
+using devices::variantOf;
 using devices::valueAt;
 
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
-constexpr const char* propertyNames[] = {"Version", "Enabled", "Applied", "Armed", "Services", "Degraded"};
-constexpr guint32 interfaceVersion = 2;
+constexpr const char* propertyNames[] = {"Version",  "Enabled",  "Applied",       "Armed",
+                                         "Services", "Degraded", "CalendarFolder"};
+constexpr guint32 interfaceVersion = 3;
 /// More calls than that wait for the bus to say who a sender is: somebody floods us.
 constexpr std::size_t mostWaiting = 100;
 
@@ -67,10 +69,12 @@ bool equal(const Glib::VariantBase& a, const Glib::VariantBase& b) { return a &&
 }  // namespace
 
 BusInterface::BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host::Host& host,
-                           const devices::Services& services, SetEnabled setEnabled)
+                           const devices::Services& services, const std::filesystem::path& calendarFolder,
+                           SetEnabled setEnabled)
     : connection_(std::move(connection)),
       host_(host),
       services_(services),
+      calendarFolder_(std::filesystem::absolute(calendarFolder).string()),
       setEnabled_(std::move(setEnabled)),
       table_([this](const Glib::RefPtr<Gio::DBus::Connection>&, const Glib::ustring& sender, const Glib::ustring&,
                     const Glib::ustring&, const Glib::ustring& method, const Glib::VariantContainerBase& arguments,
@@ -189,6 +193,7 @@ Glib::VariantBase BusInterface::property(const std::string& name) const {
   if (name == "Enabled") return Glib::Variant<bool>::create(host_.isEnabled());
   if (name == "Applied") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.applied()));
   if (name == "Armed") return Glib::Variant<bus::Dictionaries>::create(busForms(host_.armed()));
+  if (name == "CalendarFolder") return variantOf(calendarFolder_);
   bus::ServiceStates states;
   std::vector<Glib::ustring> degraded;
   for (const auto& [service, state] : services_.states()) {

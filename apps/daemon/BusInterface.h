@@ -7,6 +7,7 @@
 #include "devices/linux/base/Services.h"
 #include "host/Host.h"
 
+#include <filesystem>
 #include <functional>
 #include <giomm/cancellable.h>
 #include <giomm/dbusconnection.h>
@@ -31,8 +32,9 @@ class BusInterface {
   using SetEnabled = std::function<bool(bool enabled)>;
 
   /// Host, services and connection must outlive the object. Whoever listens to the host calls `refresh`.
+  /// `calendarFolder` is the folder of iCalendar files that the daemon reads.
   BusInterface(Glib::RefPtr<Gio::DBus::Connection> connection, host::Host& host, const devices::Services& services,
-               SetEnabled setEnabled);
+               const std::filesystem::path& calendarFolder, SetEnabled setEnabled);
   ~BusInterface();
   BusInterface(const BusInterface&) = delete;
   BusInterface& operator=(const BusInterface&) = delete;
@@ -63,6 +65,7 @@ class BusInterface {
   Glib::RefPtr<Gio::DBus::Connection> connection_;
   host::Host& host_;
   const devices::Services& services_;
+  std::string calendarFolder_;
   SetEnabled setEnabled_;
   Gio::DBus::InterfaceVTable table_;
   guint registration_ = 0;

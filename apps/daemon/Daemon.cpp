@@ -161,7 +161,7 @@ void Daemon::startHost() {
   host_->start();
   makeFirstProfile();
   interface_ =
-      std::make_unique<BusInterface>(session_, *host_, services_, [this](bool enabled) { return setEnabled(enabled); });
+      std::make_unique<BusInterface>(session_, *host_, services_, options_.calendarFolder, [this](bool enabled) { return setEnabled(enabled); });
   host_->setOnChange([this] {
     makeFirstProfile();
     if (interface_) interface_->refresh();

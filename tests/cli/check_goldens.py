@@ -49,6 +49,7 @@ ALONE = {
     "no-daemon": ["status", "log", "networks", "off"],
 }
 WITH_DAEMON = {
+    "agenda-daemon": ["agenda"],
     "status": ["status", "off", "status"],
     "log": ["log"],
     "networks": ["networks"],

@@ -45,9 +45,9 @@ class UserFolders:
         finally:
             shutil.rmtree(self.folder)
 
-    def start_daemon(self, daemon, **options):
+    def start_daemon(self, daemon, *arguments, **options):
         """Starts a daemon for this user and waits until it is on the bus."""
-        self.daemon = subprocess.Popen([daemon], env=self.environment, stderr=subprocess.DEVNULL, **options)
+        self.daemon = subprocess.Popen([daemon, *arguments], env=self.environment, stderr=subprocess.DEVNULL, **options)
         subprocess.run(["gdbus", "wait", "--session", "--timeout", "30", "com.quorvel.Hushmode"], check=True,
                        env=self.environment)
 
