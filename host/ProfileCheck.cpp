@@ -4,6 +4,7 @@
 #include "host/ProfileCheck.h"
 
 #include "host/Host.h"
+#include "host/ProfileTitle.h"
 
 #include <algorithm>
 #include <limits>
@@ -52,8 +53,10 @@ void checkTexts(const std::string& key, const Value& value) {
 void checkText(const std::string& key, const Value& value) {
   const auto* text = value.as<std::string>();
   if (!text) refuse(Message("\"{0}\": expected a text", key));
+  if (key == "title") {
+    if (auto fault = titleFault(*text)) refuse(*std::move(fault));
+  }
   if (isTooLong(*text)) refuse(Message("\"{0}\": expected at most {1} bytes of text", key, longestText));
-  if (key == "title" && text->empty()) refuse(Message("\"{0}\": expected a title that is not empty", key));
 }
 
 void checkValue(const ProfileKey& key, const Value& value) {

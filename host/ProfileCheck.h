@@ -28,7 +28,8 @@ inline constexpr std::size_t longestText = 1000;  ///< In bytes.
 inline constexpr std::size_t longestList = 1000;
 
 /// Throws EditError (InvalidArgument), with the key, what was expected and an example, for an unknown key, a value of
-/// another type, out of range or too long, an empty title, and a time that is not like "8:00 AM".
+/// another type, out of range or too long, a title that no profile may have (host/ProfileTitle.h), and a time that is
+/// not like "8:00 AM".
 void checkProfile(const platform::Dictionary& profile);
 
 }  // namespace hushmode::host

@@ -10,6 +10,7 @@
 #include "apps/client/Places.h"
 #include "apps/client/ProfileStore.h"
 #include "apps/client/UserTime.h"
+#include "apps/profiles/ToneNames.h"
 #include "apps/simulation/ZoneNames.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
@@ -58,7 +59,8 @@ std::vector<std::string> networkNames() {
 const std::vector<std::pair<std::string, std::vector<std::string> (*)()>> kinds = {{"profiles", profileTitles},
                                                                                    {"calendars", calendarNames},
                                                                                    {"networks", networkNames},
-                                                                                   {"zones", simulation::zoneNames}};
+                                                                                   {"zones", simulation::zoneNames},
+                                                                                   {"tones", toneNames}};
 
 int complete(const std::string& asked) {
   for (const auto& [kind, names] : kinds) {
@@ -86,8 +88,8 @@ void addCompleteCommand(CLI::App& program, Command& chosen) {
   command->group("");  // Hidden: it is no command for people.
   command->add_option("KIND", *asked, tr("Which names"))
       ->required()
-      ->check(CLI::IsMember({"profiles", "calendars", "networks", "zones"}))
-      ->type_name("profiles|calendars|networks|zones");
+      ->check(CLI::IsMember({"profiles", "calendars", "networks", "zones", "tones"}))
+      ->type_name("profiles|calendars|networks|zones|tones");
   command->final_callback([asked, &chosen] { chosen = [asked] { return complete(*asked); }; });
 }
 

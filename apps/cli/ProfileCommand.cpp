@@ -13,6 +13,7 @@
 #include "apps/simulation/JsonReader.h"
 #include "apps/terminal/Terminal.h"
 #include "devices/words/Text.h"
+#include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
 #include <iostream>
@@ -57,7 +58,7 @@ void hintAtNetworks(const std::vector<std::string>& names) {
 
 Dictionary changesOf(const Options& options) {
   Dictionary changes;
-  if (options.title) changes.set("title", *options.title);
+  if (options.title) changes.set("title", host::trimmedTitle(*options.title));
   for (const Setting& setting : profileSettings()) {
     const auto given = options.values.find(std::string(setting.word));
     if (given != options.values.end()) changes.set(setting.key, parseSetting(setting, given->second));
@@ -140,9 +141,10 @@ void tellSaved(const ProfileStore& store, const std::string& text) {
 
 int add(const Options& options) {
   const auto store = ProfileStore::open();
+  const std::string title = host::trimmedTitle(options.name);
   // What most people want of a profile: quiet, seen, and none of their all-day reminders.
   Dictionary profile{
-      {"title", options.name}, {"enabled", true}, {"allDay", true},          {"ringerVolume", 0.0},
+      {"title", title},        {"enabled", true}, {"allDay", true},          {"ringerVolume", 0.0},
       {"playBackVolume", 0.0}, {"vibrate", true}, {"showOnStatusBar", true}, {"allDayEventsIgnored", true}};
   std::vector<std::string> writable;
   for (const KnownCalendar& each : knownCalendars()) {
@@ -152,7 +154,7 @@ int add(const Options& options) {
   profile.set("calendarIdentifiers", arrayOf(writable));
   for (const auto& [key, value] : changesOf(options)) profile.set(key, value);
   store->add(profile);
-  tellSaved(*store, tr("Added \"{}\".", harmless(options.name)));
+  tellSaved(*store, tr("Added \"{}\".", harmless(title)));
   return Done;
 }
 
@@ -186,7 +188,8 @@ int setEnabled(const Options& options, bool enabled) {
   const auto store = ProfileStore::open();
   const auto profile = profileNamed(store->list(), options.name);
   store->update(identifierOf(profile), {{"enabled", enabled}});
-  tellSaved(*store, enabled ? tr("Enabled \"{}\".", titleOf(profile)) : tr("Disabled \"{}\".", titleOf(profile)));
+  const std::string title = harmless(titleOf(profile));
+  tellSaved(*store, enabled ? tr("Enabled \"{}\".", title) : tr("Disabled \"{}\".", title));
   return Done;
 }
 
@@ -199,9 +202,10 @@ int copy(const Options& options) {
     std::erase_if(calendars, OwnCalendar::isOwn);  // Quiet hours are not copied.
     profile.set("calendarIdentifiers", arrayOf(calendars));
   }
-  profile.set("title", options.newTitle);
+  const std::string original = titleOf(profile), title = host::trimmedTitle(options.newTitle);
+  profile.set("title", title);
   store->add(profile);
-  tellSaved(*store, tr("Copied \"{0}\" to \"{1}\".", options.name, options.newTitle));
+  tellSaved(*store, tr("Copied \"{0}\" to \"{1}\".", harmless(original), harmless(title)));
   return Done;
 }
 

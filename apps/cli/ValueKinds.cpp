@@ -23,6 +23,7 @@ const std::vector<ValueKind>& kinds() {
       {"NETWORK", Names, {}, "networks", false, {}, {}},
       {"NETWORKS", Names, {"none"}, "networks", true, {}, {}},
       {"ZONE", Names, {}, "zones", false, {}, {}},
+      {"TONE", Names, {}, "tones", false, {}, {}},
       {"DAYS", Choices, {"mon", "tue", "wed", "thu", "fri", "sat", "sun"}, "", true, {}, {}},
       {"FILE", Files, {}, "", false, {}, {}},
       {"FOLDER", Folders, {}, "", false, {}, {}},

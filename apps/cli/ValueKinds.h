@@ -11,8 +11,8 @@
 namespace hushmode::cli {
 
 /// What may stand in the place of an argument. The tree of commands tells it by the argument's type name: "on|off" for
-/// fixed words, "PROFILE", "CALENDARS", "NETWORKS", "DAYS", "ZONE", "FILE" or "FOLDER" for what can be completed, and
-/// any other word ("VOLUME") for what cannot. Limits are those of its validators.
+/// fixed words, "PROFILE", "CALENDARS", "NETWORKS", "DAYS", "ZONE", "TONE", "FILE" or "FOLDER" for what can be
+/// completed, and any other word ("VOLUME") for what cannot. Limits are those of its validators.
 struct ValueKind {
   enum class Source { Unknown, Choices, Names, Files, Folders };
 

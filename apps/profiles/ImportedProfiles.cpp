@@ -4,6 +4,7 @@
 #include "apps/profiles/ImportedProfiles.h"
 
 #include "apps/client/ProfileStore.h"
+#include "apps/profiles/ToneNames.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/NearFile.h"
 #include "apps/terminal/Terminal.h"
@@ -12,6 +13,7 @@
 #include "devices/words/Text.h"
 #include "host/Host.h"
 #include "host/ProfileCheck.h"
+#include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
@@ -80,6 +82,12 @@ Dictionary profileOf(const Value& value, const std::string& file, std::size_t pl
     const auto* whole = each.as<std::int64_t>();
     const bool isWholeVolume = known && known->kind == host::ProfileKeyKind::Volume && whole;
     profile.set(key, isWholeVolume ? Value(static_cast<double>(*whole)) : each);
+  }
+  profile.set("title", host::trimmedTitle(*title));
+  if (const auto* tone =
+          profile.find("alertToneIdentifier") ? profile.find("alertToneIdentifier")->as<std::string>() : nullptr;
+      tone && !isKnownTone(*tone)) {
+    notes.push_back(tr("profile \"{0}\": this phone has no tone \"{1}\", and sounds the default one", *title, *tone));
   }
   try {
     host::checkProfile(knownSettings(profile));

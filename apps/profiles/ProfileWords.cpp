@@ -4,6 +4,7 @@
 #include "apps/profiles/ProfileWords.h"
 
 #include "apps/profiles/ClockText.h"
+#include "apps/profiles/ToneNames.h"
 #include "apps/profiles/VolumeText.h"
 #include "apps/simulation/WrongValue.h"
 #include "apps/terminal/Scanner.h"
@@ -82,7 +83,7 @@ Value parseSetting(const Setting& setting, const std::string& text) {
     case Volume:
       return parseVolume(setting, text);
     case Tone:
-      return text;
+      return parseTone(fmt::format("--{}", setting.word), text);
     case EventStatus:
       for (std::int64_t code = 0; code < 4; ++code) {
         if (text == statusWords[code]) return code;

@@ -49,8 +49,9 @@ INSTANTIATE_TEST_SUITE_P(
     Values, ProfileCheckTest,
     ::testing::Values(
         Case{"ATitle", "title", "Work", true}, Case{"AnEmptyTitle", "title", "", false},
-        Case{"ALongTitle", "title", std::string(longestText, 'x'), true},
-        Case{"ATooLongTitle", "title", std::string(longestText + 1, 'x'), false},
+        Case{"ATooLongTitle", "title", std::string(1000, 'x'), false},
+        Case{"ALongTone", "alertToneIdentifier", std::string(longestText, 'x'), true},
+        Case{"ATooLongTone", "alertToneIdentifier", std::string(longestText + 1, 'x'), false},
         Case{"ATitleThatIsNoText", "title", 5, false}, Case{"AFlag", "vibrate", true, true},
         Case{"ANumberForAFlag", "vibrate", 1, false}, Case{"SilentVolume", "ringerVolume", 0.0, true},
         Case{"FullVolume", "ringerVolume", 1.0, true}, Case{"LouderThanFull", "playBackVolume", 1.01, false},

@@ -3,7 +3,7 @@
 
 #include "devices/linux/sound/Tones.h"
 
-#include "devices/linux/sound/ToneTable.h"
+#include "devices/linux/base/ToneTable.h"
 #include "devices/words/Text.h"
 
 #include <utility>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "devices/linux/sound/ToneTable.h"
+#include "devices/linux/base/ToneTable.h"
 
 #include <filesystem>
 #include <fstream>
