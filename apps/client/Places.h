@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "devices/shared/FolderPrefix.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -11,8 +13,7 @@
 /// What the phone knows: calendars and networks, from the daemon while it runs; else the calendar folder alone.
 namespace hushmode::cli {
 
-/// What the daemon puts before the identifiers of calendars that lie in the folder, to tell them from the accounts'.
-constexpr const char* folderPrefix = "folder:";
+using devices::folderPrefix;
 
 struct KnownCalendar {
   std::string identifier, title, account;

@@ -9,6 +9,7 @@
 #include "apps/simulation/WrongValue.h"
 #include "apps/simulation/ZoneNames.h"
 #include "apps/words/NearTime.h"
+#include "devices/shared/FolderPrefix.h"
 #include "devices/shared/PropertyListFile.h"
 #include "devices/words/Text.h"
 
@@ -101,6 +102,26 @@ void readProfileList(const JsonReader& json, const fs::path& base, Scenario& sce
   for (const JsonReader& each : json.elements()) scenario.profiles.emplace_back(readDictionary(each));
 }
 
+/// Profiles of a phone name the calendars of its folder so as to tell them from those of accounts; here the folder is
+/// all that there is.
+void nameCalendarsAsInFolder(platform::Array& profiles) {
+  for (platform::Value& each : profiles) {
+    const auto* profile = each.as<platform::Dictionary>();
+    const auto* value = profile ? profile->find("calendarIdentifiers") : nullptr;
+    if (!value || !value->as<platform::Array>()) continue;
+    platform::Array identifiers = *value->as<platform::Array>();
+    for (platform::Value& identifier : identifiers) {
+      const auto* text = identifier.as<std::string>();
+      if (text && text->starts_with(devices::folderPrefix)) {
+        identifier = text->substr(std::string_view(devices::folderPrefix).size());
+      }
+    }
+    platform::Dictionary named = *profile;
+    named.set("calendarIdentifiers", std::move(identifiers));
+    each = std::move(named);
+  }
+}
+
 }  // namespace
 
 std::shared_ptr<const TimeZone> zoneNamed(const std::optional<std::string>& name) {
@@ -151,6 +172,7 @@ Scenario scenarioFrom(const ScenarioOptions& options, Date today) {
   setSpan(scenario, options.from, options.to, today);
   scenario.profiles = readProfiles(*options.profiles);
   scenario.calendarFolder = existingFolder(*options.calendars);
+  nameCalendarsAsInFolder(scenario.profiles);
   return scenario;
 }
 
@@ -191,6 +213,7 @@ Scenario readScenario(const fs::path& file, const ScenarioOptions& options) {
   } else if (const auto calendars = top.find("calendars")) {
     readCalendars(*calendars, base, scenario);
   }
+  if (scenario.calendarFolder) nameCalendarsAsInFolder(scenario.profiles);
   if (const auto steps = top.find("steps")) {
     for (const JsonReader& each : steps->elements()) scenario.steps.push_back(readStep(each, scenario));
   }

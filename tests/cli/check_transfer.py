@@ -76,6 +76,13 @@ class Transfer(unittest.TestCase):
 
     # Export
 
+    def test_an_export_can_be_simulated_on_the_calendar_folder(self):
+        self.phone.put_event("Work", "Standup", 1795510800, 1795514400)  # 2026-11-24, 10:00 to 11:00 in Berlin.
+        self.done("export", self.folder / "out.plist")
+        shown = self.done("simulate", "--profiles", self.folder / "out.plist", "--calendars", self.phone.calendars,
+                          "--from", "2026-11-24", "--zone", "Europe/Berlin")
+        self.assertRegex(shown, r'10:00:00  Work  on   "Standup" +ringtone 80% to 5%')
+
     def test_an_export_is_a_property_list_in_either_encoding(self):
         self.done("profile", "add", "Night", "--window", "20:00-21:00")
         exported = plistlib.loads(self.run_program("export").stdout)

@@ -3,6 +3,7 @@
 
 #include "devices/linux/calendars/WatchedCalendarFolder.h"
 
+#include "devices/shared/FolderPrefix.h"
 #include "devices/words/Text.h"
 
 #include <system_error>
@@ -14,7 +15,7 @@ WatchedCalendarFolder::WatchedCalendarFolder(const std::filesystem::path& root, 
                                              CalendarFolder::Diagnostics diagnostics)
     : root_(root),
       services_(services),
-      folder_(root, std::move(diagnostics), "folder:"),
+      folder_(root, std::move(diagnostics), folderPrefix),
       watch_(
           root,
           [this] {
