@@ -11,13 +11,15 @@
 #include "apps/client/ProfileStore.h"
 #include "apps/client/UserTime.h"
 #include "apps/profiles/DayNames.h"
+#include "apps/profiles/LengthText.h"
 #include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
 #include "apps/simulation/TimeText.h"
-#include "apps/terminal/Scanner.h"
+#include "apps/simulation/WrongValue.h"
 #include "apps/terminal/Terminal.h"
 #include "apps/words/Clock.h"
+#include "apps/words/NearTime.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
 
@@ -39,34 +41,34 @@ struct Options {
   bool end = false, list = false, remove = false, json = false;
 };
 
-constexpr int longestMinutes = 7 * 24 * 60;
+struct Hours {
+  int start = 0, end = 0;  ///< Minutes of the day; over midnight when they end before they begin.
+};
 
-/// "90m", "2h", "1h30m" in minutes.
-int parseLength(const std::string& text) {
-  if (text.empty()) throw InputError(tr("quiet: expected how long, such as 90m, 2h or 1h30m; or --end"));
-  Scanner scanner(text);
-  int minutes = 0;
-  auto number = scanner.number(1, 4);
-  if (number && scanner.take("h")) {
-    minutes = *number * 60;
-    number = scanner.number(1, 4);
-  }
-  const bool isWhole = number ? scanner.take("min") || scanner.take("m") : minutes > 0;
-  if (number) minutes += *number;
-  if (isWhole && scanner.isAtEnd() && minutes >= 1 && minutes <= longestMinutes) return minutes;
-  throw InputError(tr("quiet {}: expected how long, such as 90m, 2h or 1h30m, at most a week", text));
+/// "22:00-06:00" or "10pm - 6am"; none for what are no hours.
+std::optional<Hours> hoursOf(const std::string& text) {
+  const auto dash = text.find('-');
+  if (dash == std::string::npos) return std::nullopt;
+  const auto minuteOf = [](std::string part) {
+    part.erase(0, part.find_first_not_of(' '));
+    part.erase(part.find_last_not_of(' ') + 1);
+    const auto time = fileTimeOf(part);
+    return time ? minuteOfDay(*time) : std::nullopt;
+  };
+  const auto start = minuteOf(text.substr(0, dash)), end = minuteOf(text.substr(dash + 1));
+  return start && end && *start != *end ? std::optional(Hours{*start, *end}) : std::nullopt;
 }
 
 /// "22:00-06:00" on the clock of the user's language.
-std::string hoursText(const std::string& hours) {
-  const auto dash = hours.find('-');
-  const auto minuteOf = [](const std::string& text) {
-    const auto time = fileTimeOf(text);
-    return time ? minuteOfDay(*time) : std::nullopt;
-  };
-  const auto from = minuteOf(hours.substr(0, dash)),
-             to = dash == std::string::npos ? std::nullopt : minuteOf(hours.substr(dash + 1));
-  return from && to ? tr("{0}-{1}", clockWithMinutes(*from * 60), clockWithMinutes(*to * 60)) : hours;
+std::string hoursText(const std::string& text) {
+  const auto hours = hoursOf(text);
+  return hours ? tr("{0}-{1}", clockWithMinutes(hours->start * 60), clockWithMinutes(hours->end * 60)) : text;
+}
+
+/// "22:00 to 06:00", and the days when it is not on all.
+std::string spanText(const Hours& hours, const std::string& days) {
+  const std::string start = clockWithMinutes(hours.start * 60), end = clockWithMinutes(hours.end * 60);
+  return days == "daily" ? tr("{0} to {1}", start, end) : tr("{0} to {1} ({2})", start, end, daysText(days));
 }
 
 /// The profile named; without a name, the only enabled one.
@@ -134,6 +136,7 @@ int endQuiet(const Options& options) {
 
 int quiet(const Options& options) {
   if (options.end) return endQuiet(options);
+  if (options.length.empty()) throw InputError(tr("quiet: expected how long, such as 90m, 2h or 1h30m; or --end"));
   const int minutes = parseLength(options.length);
   const auto store = ProfileStore::open();
   const auto profile = chosenProfile(*store, options.profile);
@@ -166,6 +169,16 @@ int listSchedules(const Options& options) {
   return Done;
 }
 
+/// The quiet hours that the profile has already; empty when it has none.
+std::string presentHours(const Dictionary& profile) {
+  for (const OwnEvent& each : OwnCalendar::list()) {
+    if (each.owner != identifierOf(profile) || !each.hours) continue;
+    const auto hours = hoursOf(*each.hours);
+    return hours ? spanText(*hours, each.days) : harmless(*each.hours);
+  }
+  return "";
+}
+
 int schedule(const Options& options) {
   if (options.list) return listSchedules(options);
   if (options.profile.empty()) throw InputError(tr("schedule: expected the title of a profile, or --list"));
@@ -176,19 +189,25 @@ int schedule(const Options& options) {
     std::cout << tr("\"{}\" has no quiet hours any more.", options.profile) << '\n';
     return Done;
   }
-  const auto dash = options.hours.find('-');
-  const auto start = dash == std::string::npos ? std::nullopt : fileTimeOf(options.hours.substr(0, dash));
-  const auto end = dash == std::string::npos ? std::nullopt : fileTimeOf(options.hours.substr(dash + 1));
-  if (!start || !end || *start == *end) {
-    throw InputError(tr("schedule {}: expected two times of day, such as 22:00-06:00 or 10pm-6am", options.hours));
+  if (options.hours.empty()) {
+    throw InputError(tr("schedule: expected HOURS behind NAME, such as 22:00-06:00; --list shows what there is"));
+  }
+  const auto hours = hoursOf(options.hours);
+  if (!hours) {
+    throw simulation::wrongValue("schedule " + options.hours, tr("two times of day, such as 22:00-06:00 or 10pm-6am"),
+                                 nearestHours(options.hours, false).value_or(""));
   }
   const auto days = parseDays(options.days);
   const auto store = ProfileStore::open();
   const auto profile = profileNamed(store->list(), options.profile);
   requireWholeDay(profile);
+  const std::string before = presentHours(profile);
   follow(*store, profile);
-  warnUnless(calendarOf(profile).addHours(*minuteOfDay(*start), *minuteOfDay(*end), days));
-  std::cout << tr("\"{0}\" is quiet from {1}.", titleOf(profile), options.hours) << '\n';
+  warnUnless(calendarOf(profile).addHours(hours->start, hours->end, days));
+  const std::string title = harmless(titleOf(profile)), now = spanText(*hours, days.empty() ? "daily" : joined(days));
+  std::cout << (before.empty() || before == now ? tr("\"{0}\" is quiet from {1}.", title, now)
+                                                : tr("\"{0}\" is quiet from {1} instead of {2}.", title, now, before))
+            << '\n';
   return Done;
 }
 

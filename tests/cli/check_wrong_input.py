@@ -59,8 +59,7 @@ AT_PLACES = {
     "hushmode agenda --svg": [],
     # Networks need not be known yet.
     "NETWORKS": [],
-    "hushmode agenda --from": [("24.11.2026", "2026-11-24"), ("2026-11-24 14:20", "2026-11-24"), ("2026-02-30", "2026-02-28"),
-                               ("soon", None)],
+    "hushmode agenda --from": [("soon", None), ("25:00", None)],
 }
 # What stands in the places that are not looked at but must be filled.
 FILLED = {"PROFILE": "Work", "TITLE": "New", "FILE": "{folder}/profiles.plist", "FOLDER": "{folder}/calendars",
@@ -163,7 +162,9 @@ class WrongInput(unittest.TestCase):
         return [word.replace("{folder}", str(self.files)) for word in words + behind]
 
 
-class Titles(unittest.TestCase):
+class Answers(unittest.TestCase):
+    """Each test starts with no profiles."""
+
     def setUp(self):
         self.phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
         self.addCleanup(self.phone.end)
@@ -186,14 +187,14 @@ class Titles(unittest.TestCase):
         self.assertIn(says, result.stderr)
         self.assertEqual(self.profiles(), before)
 
-    def test_they_are_trimmed_of_the_blanks_around(self):
+    def test_titles_are_trimmed_of_the_blanks_around(self):
         self.assertIn('"Work"', self.done("profile", "add", " Work\t"))
         self.done("profile", "copy", "Work", "At home ")
         self.done("profile", "edit", "Work", "--title", "\u00a0Office")
         self.assertEqual([*self.profiles()], ["Office", "At home"])
         self.refused("profile", "add", " Office", says='"Office"')  # There is one.
 
-    def test_what_no_profile_may_be_called_comes_by_no_way(self):
+    def test_a_title_that_no_profile_may_have_comes_by_no_way(self):
         self.done("profile", "add", "Work")
         for title in ("  ", "a\tb", "x" * 201):
             with self.subTest(title=title):
@@ -207,7 +208,7 @@ class Titles(unittest.TestCase):
                 self.refused("import", path, says='"title": expected')
 
     @unittest.skipUnless(DAEMON, "with a daemon")
-    def test_the_daemon_refuses_them_to_all_programs(self):
+    def test_the_daemon_refuses_such_titles_to_all_programs(self):
         for title in ("", "  ", " Work", "a\nb", "x" * 201):
             result = subprocess.run(
                 ["gdbus", "call", "--session", "--dest", "com.quorvel.Hushmode", "--object-path", "/com/quorvel/Hushmode",
@@ -219,7 +220,7 @@ class Titles(unittest.TestCase):
         self.assertEqual(self.profiles(), {})
 
     @unittest.skipIf(DAEMON, "with the file as it is found")
-    def test_those_that_are_stored_are_read_whatever_they_are(self):
+    def test_titles_that_are_stored_are_read_whatever_they_are(self):
         titles = [" Work ", "a\nb", "x" * 300]
         self.phone.write_profiles([{"title": title, "identifier": number} for number, title in enumerate(titles, 1)])
         self.assertEqual([*self.profiles()], titles)
@@ -227,6 +228,18 @@ class Titles(unittest.TestCase):
             self.done("profile", "edit", title, "--icon", "on")
         self.assertEqual([each["showOnStatusBar"] for each in self.profiles().values()], [True] * 3)
         self.assertEqual(len(self.done("profile", "list").splitlines()), 3)
+
+    def test_quiet_hours_are_asked_for_and_what_they_replace_is_told(self):
+        self.done("profile", "add", "Night")
+        self.refused("schedule", "Night", says="schedule: expected HOURS behind NAME, such as 22:00-06:00")
+        for arguments, said in ((["11pm - 7am"], "from 23:00 to 07:00."), (["23:00-07:00"], "from 23:00 to 07:00."),
+                                (["22:00-06:00"], "from 22:00 to 06:00 instead of 23:00 to 07:00."),
+                                (["22:00-06:00", "--days", "mon,tue"],
+                                 "from 22:00 to 06:00 (Mon, Tue) instead of 22:00 to 06:00."),
+                                (["22:00-05:00"], "from 22:00 to 05:00 instead of 22:00 to 06:00 (Mon, Tue).")):
+            self.assertEqual(self.done("schedule", "Night", *arguments), f'"Night" is quiet {said}\n')
+        self.done("schedule", "Night", "--remove")
+        self.assertEqual(self.done("schedule", "Night", "22:00-06:00"), '"Night" is quiet from 22:00 to 06:00.\n')
 
 
 if __name__ == "__main__":
