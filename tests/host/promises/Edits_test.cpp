@@ -44,6 +44,13 @@ INSTANTIATE_TEST_SUITE_P(
             .at("09:30:01", [](PhoneState& s) { s.ringtone = 0.1F, s.media = 0.0F; })
             .at("09:59", [](PhoneState& s) { s.ringtone = 0.1F, s.media = 0.0F; })
             .at("10:01", asBefore),
+        Promise{"OtherVolumesThanTheUserSetMeanwhile",
+                day({.events = standup,
+                     .steps = list({step("09:20", "pressVolume", R"(, "category": "media", "volume": 0.7)"),
+                                    edit("09:30", R"("playBackVolume": 0.0)")})})}
+            .at("09:29", with(quiet, [](PhoneState& s) { s.media = 0.7F; }))
+            .at("09:31", with(quiet, [](PhoneState& s) { s.media = 0.0F; }))
+            .endingWith([](PhoneState& s) { s.media = 0.7F; }),
         Promise{"OtherVolumesAsItsToneSounds",
                 day({.events = standup,
                      .steps = list({edit("09:00:01", R"("ringerVolume": 0.1, "playBackVolume": 0.0)")}),
