@@ -54,11 +54,18 @@ Dictionary readLine(const std::string& word, const std::string& text, const std:
 
 std::string lineOf(const std::string& word, const std::string& text) { return word + ": " + text + "\n"; }
 
-void runEditor(const std::filesystem::path& file) {
+std::string contentsOf(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
+/// Lets the user edit `text` in the file. When the editor fails, what was written is kept, and nothing else.
+void runEditor(const std::filesystem::path& file, const std::string& text) {
   const char* visual = std::getenv("VISUAL");
   const char* editor = visual && *visual ? visual : std::getenv("EDITOR");
   const std::string command = std::string(editor && *editor ? editor : "editor") + " \"$1\"";
-  // What Ctrl-C means is the editor's to say; what it edits is removed when it fails.
+  // What Ctrl-C means is the editor's to say.
   const auto interrupted = std::signal(SIGINT, SIG_IGN);
   const auto quitted = std::signal(SIGQUIT, SIG_IGN);
   const pid_t child = ::fork();
@@ -73,13 +80,17 @@ void runEditor(const std::filesystem::path& file) {
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
-  if (status != 0) std::filesystem::remove(file);
+  const bool interruptedByUser = WIFSIGNALED(status) && WTERMSIG(status) == SIGINT;
+  const bool isKept = status != 0 && !interruptedByUser && contentsOf(file) != text;
+  if (status != 0 && !isKept) std::filesystem::remove(file);
   std::signal(SIGINT, interrupted);
   std::signal(SIGQUIT, quitted);
   if (status == 0) return;
   // The shell that ran us is to know that it was the user.
-  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) std::raise(SIGINT);
-  throw ServiceError(tr("the editor did not end well; nothing was changed"));
+  if (interruptedByUser) std::raise(SIGINT);
+  throw ServiceError(
+      isKept ? tr("the editor did not end well; nothing was changed, and your text is kept in {}", file.string())
+             : tr("the editor did not end well; nothing was changed"));
 }
 
 }  // namespace
@@ -134,12 +145,11 @@ Dictionary editedInEditor(const Dictionary& profile, const std::vector<KnownCale
     throw ServiceError(
         tr("no file for the editor could be made in {}", std::filesystem::temp_directory_path().string()));
   ::close(descriptor);
-  std::ofstream(name) << editorText(profile, calendars);
-  runEditor(name);
-  std::ostringstream text;
-  text << std::ifstream(name).rdbuf();
+  const std::string text = editorText(profile, calendars);
+  std::ofstream(name) << text;
+  runEditor(name, text);
   try {
-    const Dictionary changes = changesInText(text.str(), profile, calendars);
+    const Dictionary changes = changesInText(contentsOf(name), profile, calendars);
     std::filesystem::remove(name);
     return changes;
   } catch (const InputError& mistake) {

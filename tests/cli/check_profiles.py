@@ -9,6 +9,7 @@ usage: check_profiles.py PROGRAM [DAEMON]   (with a daemon: in a session of run_
 import json
 import pathlib
 import sys
+import time
 import unittest
 
 from user_phone import UserFolders
@@ -110,6 +111,13 @@ class Commands(unittest.TestCase):
         self.refused("profile", "edit", "Work", "--editor", EDITOR="sed -i 's/^ringtone:.*/ringtone: x/'", VISUAL="",
                      says=["line ", "--ringtone x", "kept in"])
         self.refused("profile", "edit", "Work", "--editor", EDITOR="false", VISUAL="", code=3, says=["editor"])
+        # What somebody wrote is not lost when the editor fails; what nobody wrote is not kept.
+        temporary = self.folder / "temporary"
+        temporary.mkdir()
+        for editor, kept in (("false", 0), ("sh -c 'echo mine >> $0; false'", 1)):
+            self.refused("profile", "edit", "Work", "--editor", EDITOR=editor, VISUAL="", TMPDIR=str(temporary),
+                         code=3, says=["kept in"] if kept else ["nothing was changed"])
+            self.assertEqual([path.read_text().splitlines()[-1] for path in temporary.iterdir()], ["mine"] * kept)
 
     def own_events(self):
         folder = self.folder / "data/hushmode/calendars/Hush Mode"
@@ -201,12 +209,48 @@ class Commands(unittest.TestCase):
         self.assertIn(str(path), result.stderr)
         self.assertEqual(path.read_text(), "nonsense")
 
+    def wait_for_status(self, text):
+        deadline = time.monotonic() + 30
+        while text not in self.run_program("status").stdout:
+            self.assertLess(time.monotonic(), deadline, text)
+            time.sleep(0.1)
+
+    @unittest.skipUnless(DAEMON, "with a daemon")
+    def test_a_quiet_time_goes_on_and_can_be_ended(self):
+        self.done("on")
+        self.done("profile", "add", "Night", "--ringtone", "5%", "--calendars", "Home")
+        self.refused("quiet", "--end", says=["no quiet time goes on"])
+        self.refused("quiet", "5m", "--end", says=["--end"])
+        self.assertIn("off at", self.done("quiet", "5m"))
+        self.wait_for_status('Night is on for "Quiet for a while"')
+        # What is on already is not yet to come.
+        self.assertTrue(self.done("agenda", "--days", "2").startswith("Night is on now.\n"))
+        switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
+        self.assertEqual([each["on"] for each in switches], [False])
+        self.refused("quiet", "--end", "--profile", "Nihgt", says=['"Night"'])
+        self.assertIn('"Night" ends', self.done("quiet", "--end", "--profile", "Night"))
+        self.assertEqual(self.own_events(), [])
+        self.wait_for_status("Nothing is quiet now.")
+        self.refused("quiet", "--end", says=["no quiet time goes on"])
+
+    @unittest.skipUnless(DAEMON, "with a daemon")
+    def test_the_calendar_folder_is_the_daemons(self):
+        self.phone.kill_daemon()
+        elsewhere = self.folder / "elsewhere"
+        self.phone.start_daemon(DAEMON, "--calendars", "elsewhere", cwd=self.folder)
+        self.assertEqual(json.loads(self.done("status", "--json"))["CalendarFolder"], str(elsewhere))
+        self.done("profile", "add", "Night")
+        self.done("schedule", "Night", "22:00-06:00")
+        self.assertEqual(len([*elsewhere.glob("Hush Mode/*/hours.ics")]), 1)
+        self.assertEqual(self.own_events(), [])
+        self.assertIn("Night", self.done("calendars"))
+
     @unittest.skipUnless(DAEMON, "with a daemon")
     def test_the_daemon_tells_how_it_stands(self):
         self.done("on")
         self.assertIn("Nothing is quiet now.", self.done("status"))
         status = json.loads(self.done("status", "--json"))
-        self.assertEqual((status["Version"], status["Enabled"], status["Applied"]), (2, True, []))
+        self.assertEqual((status["Version"], status["Enabled"], status["Applied"]), (3, True, []))
         self.assertIn("Work", self.done("calendars"))
         self.assertIn("Nothing was switched", self.done("log"))
         self.done("off")
