@@ -46,7 +46,8 @@ SLIPS = {
     "xml|binary": [("xmll", "xml"), ("Binary", "binary"), ("json", None)],
     "COMMAND": [("stauts", "status"), ("frobnicate", None)],
     "FOLDER": [("{folder}/calendras", "{folder}/calendars"), ("{folder}/elsewhere", None)],
-    "FILE": [("{folder}/profiels.plist", "{folder}/profiles.plist"), ("{folder}/gone", None)],
+    "FILE": [("{folder}/profiels.plist", "{folder}/profiles.plist"),
+             ("{folder}/profiles.plst", "{folder}/profiles.plist"), ("{folder}/prizes.plist", None), ("{folder}/gone", None)],
 }
 # Of places that take more or less than the others of their word.
 AT_PLACES = {
