@@ -9,7 +9,6 @@
 #include "devices/words/Text.h"
 #include "host/ProfileCheck.h"
 
-#include <algorithm>
 #include <giomm/dbusintrospection.h>
 #include <glibmm/main.h>
 #include <unistd.h>

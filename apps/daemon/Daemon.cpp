@@ -9,15 +9,9 @@
 #include "devices/words/Text.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <gio/gio.h>
 #include <stdexcept>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace hushmode::daemon {
 
@@ -70,6 +64,7 @@ Daemon::~Daemon() {
   host_.reset();
   services_.setListener({});
   phone_.reset();
+  g_settings_sync();  // What was put back last, such as Do Not Disturb.
   try {
     // What was sent last, such as taking an open question back.
     if (session_ && !session_->is_closed()) session_->flush_sync();
