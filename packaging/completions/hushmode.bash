@@ -23,7 +23,7 @@ _hushmode_offers() { # COMMAND
     'hushmode log') commands='' options='--json --limit -h --help' ;;
     'hushmode calendars') commands='' options='--json -h --help' ;;
     'hushmode networks') commands='' options='--json -h --help' ;;
-    'hushmode quiet') commands='' options='--profile -h --help' ;;
+    'hushmode quiet') commands='' options='--profile --end -h --help' ;;
     'hushmode schedule') commands='' options='--days --list --remove --json -h --help' ;;
     'hushmode rescue') commands='' options='--dry-run --json -h --help' ;;
     'hushmode agenda') commands='' options='--days --from --json --picture --svg -h --help' ;;
@@ -50,7 +50,7 @@ _hushmode_value() { # COMMAND OPTION-OR-PLACE
     'hushmode profile add --do-not-disturb') action='words on off' ;;
     'hushmode profile add --icon') action='words on off' ;;
     'hushmode profile add --play-tone') action='words on off' ;;
-    'hushmode profile add --tone') action=any ;;
+    'hushmode profile add --tone') action='names tones' ;;
     'hushmode profile add --light') action='words on off' ;;
     'hushmode profile add --events') action='words any confirmed tentative' ;;
     'hushmode profile add --all-day-events') action='words count ignore' ;;
@@ -65,7 +65,7 @@ _hushmode_value() { # COMMAND OPTION-OR-PLACE
     'hushmode profile edit --do-not-disturb') action='words on off' ;;
     'hushmode profile edit --icon') action='words on off' ;;
     'hushmode profile edit --play-tone') action='words on off' ;;
-    'hushmode profile edit --tone') action=any ;;
+    'hushmode profile edit --tone') action='names tones' ;;
     'hushmode profile edit --light') action='words on off' ;;
     'hushmode profile edit --events') action='words any confirmed tentative' ;;
     'hushmode profile edit --all-day-events') action='words count ignore' ;;

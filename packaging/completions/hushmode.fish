@@ -102,7 +102,7 @@ complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l vibrate -x -a 
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l do-not-disturb -x -a 'on off' -d 'Whether it switches Do Not Disturb on'
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l icon -x -a 'on off' -d 'Whether it shows an icon'
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l play-tone -x -a 'on off' -d 'Whether a tone sounds at each switch'
-complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l tone -x  -d 'Which tone, such as "texttone:Calendar Alert"'
+complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l tone -x -a '(__hushmode_names tones)' -d 'Which tone, such as "texttone:Calendar Alert"'
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l light -x -a 'on off' -d 'Whether the screen lights up at each switch'
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l events -x -a 'any confirmed tentative' -d 'Which events count: any, confirmed or tentative'
 complete -c hushmode -n '__hushmode_at "hushmode profile add"' -l all-day-events -x -a 'count ignore' -d 'Whether events that last all day count: count or ignore'
@@ -119,7 +119,7 @@ complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l vibrate -x -a
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l do-not-disturb -x -a 'on off' -d 'Whether it switches Do Not Disturb on'
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l icon -x -a 'on off' -d 'Whether it shows an icon'
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l play-tone -x -a 'on off' -d 'Whether a tone sounds at each switch'
-complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l tone -x  -d 'Which tone, such as "texttone:Calendar Alert"'
+complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l tone -x -a '(__hushmode_names tones)' -d 'Which tone, such as "texttone:Calendar Alert"'
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l light -x -a 'on off' -d 'Whether the screen lights up at each switch'
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l events -x -a 'any confirmed tentative' -d 'Which events count: any, confirmed or tentative'
 complete -c hushmode -n '__hushmode_at "hushmode profile edit"' -l all-day-events -x -a 'count ignore' -d 'Whether events that last all day count: count or ignore'
@@ -169,6 +169,7 @@ complete -c hushmode -n '__hushmode_at "hushmode networks"' -l json -d 'Print JS
 complete -c hushmode -n '__hushmode_at "hushmode networks"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode quiet"' -l profile -x -a '(__hushmode_names profiles)' -d 'By which profile'
+complete -c hushmode -n '__hushmode_at "hushmode quiet"' -l end -d 'End it now'
 complete -c hushmode -n '__hushmode_at "hushmode quiet"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode schedule"' -l days -x -a '(__hushmode_list mon tue wed thu fri sat sun)' -d 'On which days they begin, such as mon,tue; without: every day'
