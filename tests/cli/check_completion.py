@@ -47,6 +47,8 @@ CASES = [
     ("profile edit x --vibrate of", "off"),
     ("profile edit x --events conf", "confirmed"),
     ("profile edit x --calendars Hom", "Home office"),
+    ("profile edit x --tone texttone:Chi", "texttone:Chime"),
+    ("profile add x --tone texttone:Cal", "texttone:Calendar Alert"),
     ('profile edit x --calendars "Work, Hom', "Work, Home office"),
     ('profile edit x --calendars "Work,Bü', "Work,Büro $x"),
     ("profile edit x --calendars Work,\\ Hom", "Work, Home office"),
