@@ -57,6 +57,18 @@ std::vector<Promise> promises() {
 // A death decides anew which of two came last, so that only who is applied can be promised then; the ends are.
 INSTANTIATE_TEST_SUITE_P(TwoProfiles, LongPromises, ::testing::ValuesIn(promises()), nameOfPromise);
 
+/// The first meets from 9 to 11, the other meanwhile.
+std::string meeting(const std::string& otherStart, const std::string& otherEnd) {
+  return day({.events = list({event("09:00", "11:00")}), .otherEvents = list({event(otherStart, otherEnd, "", "2")})});
+}
+
+// Not only once the delays of the switch are over.
+INSTANTIATE_TEST_SUITE_P(
+    AtOnce, LongPromises,
+    ::testing::Values(Promise{"TheFirstHoldsWhenTheOtherEnds", meeting("09:30", "10:00")}.at("10:00:01", quiet),
+                      Promise{"TheOtherHoldsWhenTheFirstEnds", meeting("10:00", "12:00")}.at("11:00:01", otherQuiet)),
+    nameOfPromise);
+
 std::vector<Promise> endings() {
   auto all = promises();
   std::erase_if(all, [](const Promise& each) { return each.name.find("BothWithAll") == std::string::npos; });
