@@ -2,16 +2,16 @@
 # SPDX-FileCopyrightText: Hush Mode developers
 # SPDX-License-Identifier: MIT
 
-"""Shows that the tests can fail: breaks one rule of the library at a time and looks which test notices.
+"""Shows that the tests can fail: breaks one rule of the library or the host at a time and looks which test notices.
 
-usage: mutate.py [--tree FOLDER] [--build FOLDER] [--jobs N] [--commit C] [NAME...]
+usage: mutate.py [--tree FOLDER] [--build FOLDER] [--jobs N] [--commit C] [--own-room] [NAME...]
                           break the rules whose name or file contains a NAME, or all, and print what caught each
        mutate.py --check  only check that every rule's text is still there exactly once, and its row in docs/testing.md
 
 The sources of a commit (HEAD) are copied into a folder of their own and built there, so that nothing broken ever
 stands in the work tree; --tree and --build keep both for another run. At most N compilers run at once (2 without it).
-The tests of a broken rule's own room are built and run first, the others only when these notice nothing. Exit 1 if any
-rule can be broken without a test that notices, or if something could not be tried.
+The tests of a broken rule's own room are built and run first, the others only when these notice nothing, and with
+--own-room not at all. Exit 1 if any rule can be broken without a test that notices, or if something could not be tried.
 """
 import argparse
 import collections
@@ -26,10 +26,13 @@ import tempfile
 import time
 
 sys.dont_write_bytecode = True  # The work tree stays as it is.
-from broken_rules import RULES  # noqa: E402
+from broken_host_rules import HOST_RULES  # noqa: E402
+from broken_rules import RULES as LIBRARY_RULES  # noqa: E402
+
+RULES = LIBRARY_RULES + HOST_RULES
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-ROOMS = {"util", "model", "store", "wifi", "calendar", "alarms", "effects", "scheduler", "devices/shared"}
+ROOMS = {"util", "model", "store", "wifi", "calendar", "alarms", "effects", "scheduler", "host", "devices/shared"}
 SECONDS_PER_TEST_PROGRAM = 300
 MARK = ".hushmode-mutations"  # In a folder whose content is this program's to replace.
 # What ctest prints of a program that failed, hung or died, and GoogleTest of a test.
@@ -139,15 +142,18 @@ class Build:
         more = f" and {len(tests) - 1} more" if len(tests) > 1 else ""
         return f"`{program[1]}`: `{tests[0]}`{more}"
 
-    def catch(self, rule):
+    def failure_of_room(self, room):
+        self.build("test_" + room.replace("/", "_"))
+        return self.failure("-R", f"^{room}$")
+
+    def catch(self, rule, only_own_room):
         """What notices that the rule is broken, or nothing."""
         path = self.tree / rule.file
         original = path.read_text()
         path.write_text(original.replace(rule.text, rule.replacement))
         try:
-            self.build("test_" + rule.room.replace("/", "_"))
-            noticed = self.failure("-R", f"^{rule.room}$")
-            if noticed is None:
+            noticed = self.failure_of_room(rule.room)
+            if noticed is None and not only_own_room:
                 self.build()
                 noticed = self.failure("-E", f"^(house/.*|{rule.room})$")
             return noticed
@@ -155,20 +161,26 @@ class Build:
             path.write_text(original)
 
 
-def mutate(build, commit, rules):
+def failure_of_unbroken(build, rules, only_own_room):
+    if only_own_room:
+        return next(filter(None, map(build.failure_of_room, sorted({rule.room for rule in rules}))), None)
+    build.build()
+    return build.failure("-E", "^house/")
+
+
+def mutate(build, commit, rules, only_own_room):
     copy_sources(commit, build.tree)
     found = faults(rules, build.tree)
     if found:
         raise CannotTry("\n".join(found))
     build.configure()
-    build.build()
-    if noticed := build.failure("-E", "^house/"):
+    if noticed := failure_of_unbroken(build, rules, only_own_room):
         raise CannotTry(f"a test fails although nothing is broken: {noticed}")
     outcomes = []
     for number, rule in enumerate(rules, 1):
         begun = time.monotonic()
         try:
-            noticed = build.catch(rule)
+            noticed = build.catch(rule, only_own_room)
             said = noticed or "SURVIVED"
         except CannotTry as reason:  # Proves nothing, and so counts as one that nothing caught.
             noticed, said = None, f"COULD NOT BE TRIED: {reason}"
@@ -185,6 +197,7 @@ def main():
     parser.add_argument("--build", type=pathlib.Path)
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--commit", default="HEAD")
+    parser.add_argument("--own-room", action="store_true")
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
     if options.check:
@@ -196,7 +209,8 @@ def main():
     with tempfile.TemporaryDirectory(prefix="hushmode-mutations-") as folder:
         tree = (options.tree or pathlib.Path(folder) / "tree").resolve()
         build = (options.build or pathlib.Path(folder) / "build").resolve()
-        outcomes = mutate(Build(tree, build, options.jobs), options.commit, rules)
+        outcomes = mutate(Build(tree, build, options.jobs), options.commit, rules,
+                          options.own_room)
     print("| broken rule | in | caught by |\n|---|---|---|")
     for rule, noticed in outcomes:
         print(f"| {rule.name} | `{rule.file}` | {noticed or '**nothing**'} |")
