@@ -4,10 +4,10 @@
 // hushmode help: the same as --help; and all of it for programs, from which the manual and the completion are made.
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Help.h"
-#include "apps/cli/ValueKinds.h"
 #include "apps/client/Json.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/usage/Help.h"
+#include "apps/usage/ValueKinds.h"
 #include "devices/words/Text.h"
 #include "host/ProfileCheck.h"
 

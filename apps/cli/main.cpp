@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "apps/cli/Commands.h"
-#include "apps/cli/Help.h"
-#include "apps/cli/WrongUse.h"
 #include "apps/client/Daemon.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/usage/Help.h"
+#include "apps/usage/WrongUse.h"
 #include "apps/words/Language.h"
 #include "devices/words/Text.h"
 

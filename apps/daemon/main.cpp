@@ -5,6 +5,8 @@
 
 #include "apps/daemon/Daemon.h"
 #include "apps/daemon/Rescue.h"
+#include "apps/usage/Help.h"
+#include "apps/usage/WrongUse.h"
 #include "apps/words/Language.h"
 #include "devices/words/Text.h"
 
@@ -34,6 +36,7 @@ struct Signals {
 }  // namespace
 
 int main(int argc, char** argv) {
+  namespace cli = hushmode::cli;
   using hushmode::tr;
   using hushmode::devices::Priority;
   hushmode::useLanguageOfEnvironment();
@@ -45,7 +48,10 @@ int main(int argc, char** argv) {
   options.dataFolder = HUSHMODE_DATA_FOLDER;
   CLI::App program(tr("Silences this phone by calendar, clock and network, and puts everything back afterwards."),
                    "hushmoded");
-  program.set_version_flag("--version", "hushmoded " HUSHMODE_VERSION);
+  program.formatter(std::make_shared<cli::HelpFormatter>(cli::helpColumns(), cli::Terminal::of(STDOUT_FILENO)));
+  program.option_defaults()->disable_flag_override();  // "--verbose=3" is a slip.
+  program.set_help_flag("-h,--help", tr("Print this help"));
+  program.set_version_flag("--version", "hushmoded " HUSHMODE_VERSION, tr("Print the version"));
   bool rescue = false, dryRun = false;
   auto* rescuing =
       program.add_flag("--rescue", rescue,
@@ -64,7 +70,9 @@ int main(int argc, char** argv) {
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? 0 : wrongUse;
+    if (error.get_exit_code() == 0) return program.exit(error);  // --help and --version are no mistakes.
+    std::cerr << "hushmoded: " << cli::harmless(cli::wrongUse(program, error)) << '\n';
+    return wrongUse;
   }
 
   if (rescue) {

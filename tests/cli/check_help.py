@@ -77,7 +77,7 @@ class Help(unittest.TestCase):
         for command in self.commands:
             for argument in command["arguments"]:
                 with self.subTest(command=command["name"], argument=argument.get("name") or argument["names"][-1]):
-                    # Give it a type name: apps/cli/ValueKinds.h has those that can be completed.
+                    # Give it a type name: apps/usage/ValueKinds.h has those that can be completed.
                     self.assertNotEqual(argument.get("value", {}).get("word"), "TEXT")
                     self.assertTrue("value" in argument or "names" in argument)
 

@@ -16,7 +16,7 @@ import pathlib
 import re
 import sys
 
-ROOMS = ("host", "devices/shared", "devices/linux", "apps/cli", "apps/client", "apps/profiles", "apps/advice", "apps/pictures", "apps/terminal", "apps/daemon", "apps/bus", "apps/simulation",
+ROOMS = ("host", "devices/shared", "devices/linux", "apps/cli", "apps/usage", "apps/client", "apps/profiles", "apps/advice", "apps/pictures", "apps/terminal", "apps/daemon", "apps/bus", "apps/simulation",
          "apps/words")
 MARKS = re.compile(r"\b(tr|trCount|HUSHMODE_MARKED|Message|lineOf|R)\s*\(")
 LITERAL = re.compile(r'R"\w*\(.*?\)\w*"|"(?:[^"\\\n]|\\.)*"', re.S)

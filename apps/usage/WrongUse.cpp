@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/WrongUse.h"
+#include "apps/usage/WrongUse.h"
 
-#include "apps/cli/Help.h"
-#include "apps/cli/ValueKinds.h"
 #include "apps/terminal/Terminal.h"
+#include "apps/usage/Help.h"
+#include "apps/usage/ValueKinds.h"
 #include "apps/words/Nearest.h"
 #include "devices/words/Text.h"
 

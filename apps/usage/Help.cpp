@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/Help.h"
+#include "apps/usage/Help.h"
 
-#include "apps/cli/ValueKinds.h"
 #include "apps/terminal/TextWrap.h"
+#include "apps/usage/ValueKinds.h"
 #include "devices/words/Text.h"
 
 #include <algorithm>

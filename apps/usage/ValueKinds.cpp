@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: Hush Mode developers
 // SPDX-License-Identifier: MIT
 
-#include "apps/cli/ValueKinds.h"
+#include "apps/usage/ValueKinds.h"
 
 #include "devices/words/Text.h"
 
