@@ -50,7 +50,8 @@ struct Death {
   PhoneState wanted = loud;
   PhoneState after = loud;
   bool isSaved = true;
-  std::function<void(SimulatedPhone&)> before = nothing, since = nothing;  ///< What else happens, by others.
+  // What else happens, by others: before the host starts, at 9:15, and after its death.
+  std::function<void(SimulatedPhone&)> before = nothing, meanwhile = nothing, since = nothing;
 };
 
 std::ostream& operator<<(std::ostream& out, const Death& death) { return out << death.name; }
@@ -78,6 +79,11 @@ class RescueFixture : public PhoneFixture {
     death.before(phone);
     if (!death.at.empty()) {
       newHost().start();
+      if (at(death.at) > at("09:15")) {
+        runTo("09:15");
+        death.meanwhile(phone);
+        host_->phoneChanged();
+      }
       runTo(death.at);
       host_->kill();
     }
@@ -170,6 +176,22 @@ INSTANTIATE_TEST_SUITE_P(
               .wanted = but(loud, [](PhoneState& s) { s.doNotDisturb = true; }),
               .after = but(loud, [](PhoneState& s) { s.doNotDisturb = true; }),
               .before = [](SimulatedPhone& phone) { phone.controlCenter().setDoNotDisturb(true); }},
+        Death{.name = "WasSetByHandMeanwhile",
+              .profile = {{"dnDEnabled", true}},
+              .left = but(quiet, [](PhoneState& s) { s.media = 0.7F; }),
+              .wanted = but(loud, [](PhoneState& s) { s.media = 0.7F; }),
+              .after = but(loud, [](PhoneState& s) { s.media = 0.7F; }),
+              .meanwhile =
+                  [](SimulatedPhone& phone) {
+                    phone.sound().setMediaVolume(0.7F);
+                    phone.controlCenter().switchDoNotDisturb(false);
+                  }},
+        // Back at the volume of the profile, so that only the ledger still knows what the user wanted.
+        Death{.name = "WasSetByHandMeanwhileAndShowsTheProfilesVolumeAgain",
+              .wanted = but(loud, [](PhoneState& s) { s.media = 0.7F; }),
+              .after = but(loud, [](PhoneState& s) { s.media = 0.7F; }),
+              .meanwhile = [](SimulatedPhone& phone) { phone.sound().setMediaVolume(0.7F); },
+              .since = [](SimulatedPhone& phone) { phone.sound().setMediaVolume(0.125F); }},
         Death{.name = "WasSetByHandSince",
               .left = but(quiet, [](PhoneState& s) { s.ringtone = 0.4F, s.doNotDisturb = true; }),
               .wanted = but(loud, [](PhoneState& s) { s.ringtone = 0.4F, s.doNotDisturb = true; }),
