@@ -20,6 +20,9 @@ import time
 
 from user_phone import UserFolders
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+from noon import zone_of_noon  # noqa: E402
+
 UPDATE = "--update" in sys.argv
 PROGRAM, SOURCE, *DAEMON = [pathlib.Path(each).resolve() for each in sys.argv[1:] if each != "--update"]
 if DAEMON:
@@ -58,12 +61,6 @@ WITH_DAEMON = {
 # What differs from day to day and from phone to phone.
 VARYING = [(r"(Mon|Tues|Wednes|Thurs|Fri|Satur|Sun)day, \d{1,2} \w+ \d{4}", "DAY"), (r".* rests: .*\n", "")]
 TIMES = [(r"\b\d{2}:\d{2}(:\d{2})?\b", "TIME")]
-
-
-def zone_of_noon():
-    """A zone in which it is about noon: what is to come today is the same at any hour."""
-    hour = time.gmtime().tm_hour
-    return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
 
 
 class Phone:

@@ -18,6 +18,7 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
 from calendar_text import calendar_text  # noqa: E402
+from noon import zone_of_noon  # noqa: E402
 
 NAME = "com.quorvel.Hushmode"
 PATH = "/com/quorvel/Hushmode"
@@ -43,12 +44,6 @@ def wait_until(condition, what):
         return result
     finally:
         GLib.source_remove(tick)
-
-
-def zone_of_noon():
-    """A zone in which it is about noon: no test crosses midnight."""
-    hour = time.gmtime().tm_hour
-    return f"Etc/GMT{'+' if hour > 12 else '-'}{abs(hour - 12)}"
 
 
 def put_event(title, start, end, calendar_name="work", uid="one"):
