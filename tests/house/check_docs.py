@@ -187,7 +187,7 @@ def faults(root, program):
 def prove_that_it_can_fail(program):
     good = "# A guide\n\n" + "\n".join(f"`{name}`" for name in program.leaves()) + "\n\n## A `b`, c\n\n"
     bad = ["```\nhushmode quit 90m\n```\n", "```\n$ hushmode status --jsn  # how\n```\n", "```\nhushmode on now\n```\n",
-           "```\nhushmode quiet \\\n  --profile Work\n```\n", "```\ntrue && hushmode profile ad Work\n```\n",
+           "```\nhushmode explain \\\n  --at 14:20\n```\n", "```\ntrue && hushmode profile ad Work\n```\n",
            "```\nhushmode profile\n```\n", "```\nhushmode profile add A --vibrate maybe\n```\n",
            "```\nhushmode agenda --days\n```\n", "So `hushmode profile edit --colour red`.\n", "So `hushmode stat`.\n",
            "[page](other.md)\n", "[page](#a-c)\n", "[page](guide.md#a-d)\n", "![picture](no.svg)\n"]
