@@ -131,7 +131,7 @@ class German(unittest.TestCase):
         self.says(german("quiet", "lange"), 2, "erwartet wird eine Dauer")
         self.says(german("profile", "list", "--jsno"), 2, "die Option --jsno gibt es nicht")
         self.says(german("simulate", "keine.json"), 2, "erwartet wird eine Szenariodatei (JSON)")
-        self.says(german("simulate", WORKDAY, "--from", "gestern"), 2, "„gestern“ ist keine Zeit")
+        self.says(german("simulate", WORKDAY, "--from", "gestern"), 2, "from gestern: erwartet wird 2024-05-14")
         self.says(german("status"), 3, "Dienst")
 
     def test_json_is_the_same_in_all_languages(self):
