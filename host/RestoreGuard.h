@@ -44,7 +44,8 @@ class RestoreGuard {
   /// not be put back yet: its service is away.
   bool settle(const std::vector<Profile>& applied);
 
-  /// Whether the volumes are as an applied profile asks, or else as the user has set them since.
+  /// Whether the volumes are as an applied profile asks, or else as the user has set them since; and whether the phone
+  /// does not vibrate where the profile does not ask for it.
   bool isAsAskedBy(const HMProfile& profile) const;
 
   bool isOpen() const { return ledger_.open; }

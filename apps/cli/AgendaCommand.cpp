@@ -16,7 +16,9 @@
 #include "apps/pictures/AgendaSvg.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/TimeText.h"
+#include "apps/simulation/WrongValue.h"
 #include "apps/terminal/Terminal.h"
+#include "apps/words/NearTime.h"
 #include "devices/shared/PropertyListFileBytes.h"
 #include "devices/words/Text.h"
 #include "util/Numbers.h"
@@ -55,8 +57,9 @@ Date beginningOf(const Options& options, const devices::TimeZone& zone) {
     return wantsPicture(options) ? simulation::beginningOfLocalDay(now, zone) : now;
   }
   const auto day = simulation::isDateOnly(options.from) ? simulation::parseTime(options.from, zone) : std::nullopt;
-  if (!day) throw simulation::InputError(tr("--from {}: expected a day, such as 2026-11-24", options.from));
-  return *day;
+  if (day) return *day;
+  throw simulation::wrongValue("--from " + options.from, tr("a day, such as 2026-11-24"),
+                               nearestDay(options.from).value_or("").substr(0, 10));
 }
 
 Forecast forecastOf(const Options& options) {

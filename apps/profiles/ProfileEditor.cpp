@@ -7,7 +7,9 @@
 #include "apps/client/ProfileStore.h"
 #include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
+#include "apps/words/Words.h"
 #include "devices/words/Text.h"
+#include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
 #include <csignal>
@@ -34,7 +36,10 @@ std::string writtenWindow(const Dictionary& profile) {
 }
 
 Dictionary readLine(const std::string& word, const std::string& text, const std::vector<KnownCalendar>& calendars) {
-  if (word == "title") return {{"title", text}};
+  if (word == "title") {
+    if (const auto fault = host::titleFault(text)) throw InputError(inWords(*fault));
+    return {{"title", text}};
+  }
   if (word == "window") {
     if (text == "all day") return {{"allDay", true}};
     const auto [start, end] = parseWindow(text);

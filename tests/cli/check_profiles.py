@@ -110,6 +110,8 @@ class Commands(unittest.TestCase):
         self.assertIn("Nothing was changed", self.done("profile", "edit", "Work", "--editor", EDITOR="true", VISUAL=""))
         self.refused("profile", "edit", "Work", "--editor", EDITOR="sed -i 's/^ringtone:.*/ringtone: x/'", VISUAL="",
                      says=["line ", "--ringtone x", "kept in"])
+        self.refused("profile", "edit", "Work", "--editor", EDITOR="sed -i 's/^title:.*/title: /'", VISUAL="",
+                     says=["line ", "title", "kept in"])
         self.refused("profile", "edit", "Work", "--editor", EDITOR="false", VISUAL="", code=3, says=["editor"])
         # What somebody wrote is not lost when the editor fails; what nobody wrote is not kept.
         temporary = self.folder / "temporary"

@@ -60,7 +60,8 @@ AT_PLACES = {
     "hushmode agenda --svg": [],
     # Networks need not be known yet.
     "NETWORKS": [],
-    "hushmode agenda --from": [("soon", None), ("25:00", None)],
+    "hushmode agenda --from": [("soon", None), ("25:00", None), ("24.11.2026", "2026-11-24"),
+                               ("2026-02-30", "2026-02-28")],
 }
 # What stands in the places that are not looked at but must be filled.
 FILLED = {"PROFILE": "Work", "TITLE": "New", "FILE": "{folder}/profiles.plist", "FOLDER": "{folder}/calendars",

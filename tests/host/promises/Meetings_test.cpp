@@ -59,8 +59,10 @@ INSTANTIATE_TEST_SUITE_P(
         Promise{"APhoneThatDidNotVibrateDoesNot",
                 day({.events = standup, .phone = R"("ringVibrate": false, "silentVibrate": false)"})}
             .at("09:30", with(quiet, [](PhoneState& s) { s.ringVibrate = s.silentVibrate = true; })),
-        // While it lasts the switches may be on, as found, or off: the library's refresh switches them off.
-        Promise{"APhoneThatVibratedDoes", day({.events = standup, .more = R"(, "vibrate": false)"})},
+        Promise{"APhoneThatVibratedDoes", day({.events = standup})}.at("09:30", quiet),
+        Promise{"NothingVibratesWhereTheProfileDoesNot", day({.events = standup, .more = R"(, "vibrate": false)"})}
+            .at("09:30", with(quiet, [](PhoneState& s) { s.ringVibrate = s.silentVibrate = false; }))
+            .at("10:01", asBefore),
         Promise{"AlreadyGoingOnAtTheStart", day({.events = standup, .from = "2024-05-14T09:30", .to = "2024-05-14"})}
             .at("09:31", quiet)
             .at("10:01", asBefore),
