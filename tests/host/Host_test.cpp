@@ -263,6 +263,19 @@ TEST(VibrateSwitches, SetByHandInTheMeetingStay) {
   EXPECT_EQ(life.end, wanted) << differenceText(wanted, life.end);
 }
 
+TEST(VibrateSwitches, SetByHandRightAfterTheBeginningStay) {
+  Scenario scenario = scenarioOf(day({.events = standup, .more = R"(, "vibrate": false)"}));
+  scenario.steps.push_back(at(scenario, "09:00:02", [](Simulation& s) {
+    s.phone().defaults().domains()["com.apple.springboard"].set("silent-vibrate", false);
+    hostOf(s).phoneChanged();
+  }));
+  const Life life = live(scenario, {{"09:30", quiet}});
+  PhoneState wanted = life.before;
+  quiet(wanted);
+  wanted.silentVibrate = false;
+  EXPECT_EQ(life.moments[0], wanted) << differenceText(wanted, life.moments[0]);
+}
+
 TEST(Applied, IsShownWithItsReasonAndItsEnd) {
   Scenario scenario = scenarioOf(day({.events = list({event("09:00", "10:00"), event("10:00", "11:00", "", "2")})}));
   std::vector<host::AppliedProfile> shown;

@@ -74,6 +74,10 @@ HOST_RULES = [Rule(*rule) for rule in [
      "if (latest && unfinished) reassert();"),
 
     # The user's hand.
+    ("what vibrates where the profile does not is left", "host/RestoreGuard.cpp",
+     "(profile.isVibrate() || byHand || !vibrates)", "(byHand || vibrates || !vibrates)"),
+    ("vibration that was switched on by hand is switched off", "host/RestoreGuard.cpp",
+     "(profile.isVibrate() || byHand || !vibrates)", "(profile.isVibrate() || !vibrates || (byHand && !vibrates))"),
     ("a media volume set by hand ends with the meeting", "host/RestoreGuard.cpp",
      "ledger_.found.media = now.media;", ""),
     ("Do Not Disturb set by hand ends with the meeting", "host/RestoreGuard.cpp",
