@@ -22,12 +22,14 @@ from hushmoded import (CONFIG, INTERFACE, NAME, PATH, PROFILES, SETTINGS, STATE,
                        whole_seconds_from_now, write_profiles_file)  # noqa: E402
 from phone_services import SoundServer, WiFi  # noqa: E402
 
+INTERFACE_VERSION = 3
+
 
 class Interface(DaemonTest):
     def test_a_new_phone_is_ready_with_a_default_profile_and_the_switch_on(self):
         put_event("Interview", time.time() + 3600, time.time() + 7200)
         daemon = self.start()
-        self.assertEqual(daemon.get("Version"), 2)
+        self.assertEqual(daemon.get("Version"), INTERFACE_VERSION)
         self.assertIs(daemon.get("Enabled"), True)
         self.assertEqual(daemon.get("Applied"), [])
         wait_until(lambda: len(daemon.call("ListProfiles")) == 1, "the first profile")
@@ -233,7 +235,7 @@ class Lives(DaemonTest):
         wait_until(lambda: second.process.poll() is not None, "the end of the second")
         self.assertEqual(second.process.returncode, 3)
         self.assertIn("another hushmoded", second.log())
-        self.assertEqual(first.get("Version"), 2)
+        self.assertEqual(first.get("Version"), INTERFACE_VERSION)
 
     def test_killed_in_an_event_it_is_quiet_until_the_end_and_then_as_before(self):
         daemon = self.start_with_profile()
