@@ -239,7 +239,7 @@ bool RestoreGuard::isAsAskedBy(const HMProfile& profile) const {
     return !is || hand || sameVolume(*is, static_cast<float>(asked));
   };
   // The library leaves the switches on when it applies a profile that does not vibrate; its refresh switches them off.
-  const bool byHand = ledger_.byHand.ringVibrate || ledger_.byHand.silentVibrate;
+  const bool byHand = ledger_.byHand.ringVibrate.value_or(false) || ledger_.byHand.silentVibrate.value_or(false);
   const bool vibrates = now.ringVibrate.value_or(false) || now.silentVibrate.value_or(false);
   return isAsAsked(now.ringtone, ledger_.byHand.ringtone, profile.ringerVolume()) &&
          isAsAsked(now.media, ledger_.byHand.media, profile.playBackVolume()) &&

@@ -12,6 +12,7 @@
 #include "apps/client/UserTime.h"
 #include "apps/profiles/DayNames.h"
 #include "apps/profiles/LengthText.h"
+#include "apps/profiles/MomentText.h"
 #include "apps/profiles/ProfileWords.h"
 #include "apps/simulation/JsonReader.h"
 #include "apps/simulation/Scenario.h"
@@ -126,9 +127,14 @@ int endQuiet(const Options& options) {
     return !each.until || *each.until <= now || (wanted && each.owner != *wanted);
   });
   if (spans.empty()) throw InputError(tr("no quiet time goes on; see hushmode status"));
+  const auto profiles = store->list();
   for (const OwnEvent& each : spans) {
     warnUnless(OwnCalendar::removeQuiet(each));
-    std::cout << tr("The quiet time of \"{}\" ends in a few seconds.", harmless(each.profile)) << '\n';
+    const auto owner = std::find_if(profiles.begin(), profiles.end(),
+                                    [&](const auto& profile) { return identifierOf(profile) == each.owner; });
+    std::cout << tr("The quiet time of \"{}\" ends in a few seconds.",
+                    harmless(owner == profiles.end() ? each.profile : titleOf(*owner)))
+              << '\n';
   }
   tellUnlessLive(*store, std::cout);
   return Done;
@@ -147,8 +153,8 @@ int quiet(const Options& options) {
   const Date end = now.addingSeconds(minutes * 60);
   follow(*store, profile);
   warnUnless(calendarOf(profile).addQuiet(now, end));
-  std::cout << tr("\"{0}\" goes on in a few seconds, and off at {1}, or with: hushmode quiet --end", titleOf(profile),
-                  simulation::minuteTime(end, *userZone()))
+  std::cout << tr("\"{0}\" goes on in a few seconds. It ends by itself ({1}), or with: hushmode quiet --end",
+                  harmless(titleOf(profile)), momentText(end, now, *userZone()))
             << '\n';
   return Done;
 }
@@ -186,7 +192,7 @@ int schedule(const Options& options) {
     if (!calendarOf(profileNamed(ProfileStore::open()->list(), options.profile)).removeHours()) {
       throw InputError(tr("\"{}\" has no quiet hours; see hushmode schedule --list", options.profile));
     }
-    std::cout << tr("\"{}\" has no quiet hours any more.", options.profile) << '\n';
+    std::cout << tr("\"{}\" has no quiet hours any more.", harmless(options.profile)) << '\n';
     return Done;
   }
   if (options.hours.empty()) {
@@ -206,7 +212,7 @@ int schedule(const Options& options) {
   warnUnless(calendarOf(profile).addHours(hours->start, hours->end, days));
   const std::string title = harmless(titleOf(profile)), now = spanText(*hours, days.empty() ? "daily" : joined(days));
   std::cout << (before.empty() || before == now ? tr("\"{0}\" is quiet from {1}.", title, now)
-                                                : tr("\"{0}\" is quiet from {1} instead of {2}.", title, now, before))
+                                                : tr("\"{0}\" is quiet from {1}; before: {2}.", title, now, before))
             << '\n';
   return Done;
 }
@@ -216,10 +222,12 @@ int schedule(const Options& options) {
 void addQuietCommands(CLI::App& program, Command& chosen) {
   const auto quietOptions = std::make_shared<Options>(), scheduleOptions = std::make_shared<Options>();
   CLI::App* quietly = program.add_subcommand("quiet", tr("Quiet from now on, for a while"));
-  CLI::Option* length = quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m"))
-                            ->type_name("LENGTH");
+  CLI::Option* length =
+      quietly->add_option("LENGTH", quietOptions->length, tr("How long, such as 90m, 2h or 1h30m; or --end"))
+          ->type_name("LENGTH");
   quietly->add_option("--profile", quietOptions->profile, tr("By which profile"))->type_name("PROFILE");
-  quietly->add_flag("--end", quietOptions->end, tr("End it now"))->excludes(length);
+  quietly->add_flag("--end", quietOptions->end, tr("End such a time now, of all profiles or of the one named"))
+      ->excludes(length);
   quietly->footer(tr("Examples:\n  {}", "hushmode quiet 90m\n  hushmode quiet --end"));
   quietly->final_callback([quietOptions, &chosen] { chosen = [quietOptions] { return quiet(*quietOptions); }; });
 

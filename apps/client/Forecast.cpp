@@ -55,6 +55,8 @@ Forecast forecast(std::vector<platform::Dictionary> profiles, Date from, Date to
     putInto(phone, made.known);
     phone.sound().setVolume(devices::SimulatedSound::ringtone, someRingtone);
     phone.sound().setMediaVolume(someMedia);
+    phone.defaults().domains()["com.apple.springboard"] =
+        platform::Dictionary{{"ring-vibrate", true}, {"silent-vibrate", true}};
     made.found = simulation::stateOf(phone);
   });
   simulation::Audience audience;

@@ -18,7 +18,8 @@ struct Forecast {
   platform::Date from{0}, to{0};
   std::vector<platform::Dictionary> profiles;  ///< As they were given.
   KnownEvents known;                           ///< From the beginning of the first day.
-  /// The phone before the first switch. It stands for whatever the real one will be: no profile sets such volumes.
+  /// The phone before the first switch. It stands for whatever the real one will be: no profile sets such volumes; it
+  /// vibrates, as a phone does whose user has not switched that off.
   host::PhoneState found;
   std::vector<host::Switch> switches;  ///< In order.
 };

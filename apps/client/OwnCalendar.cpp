@@ -81,6 +81,14 @@ Date dateOfStamp(const std::string& stamp) {
   return Date(static_cast<double>(::timegm(&parts)));
 }
 
+/// False when there is no such file.
+bool removeFile(const std::filesystem::path& path) {
+  std::error_code problem;
+  const bool removed = std::filesystem::remove(path, problem);
+  if (problem) throw ServiceError(tr("{0} cannot be removed: {1}", path.string(), problem.message()));
+  return removed;
+}
+
 /// The daemon notices a file some moments after it was written or removed; until then whatever it is asked is of the
 /// time before. True when it knows the event (or, where it is not `wanted`, no longer does), and when none runs.
 bool isNoticed(const std::string& uid, bool wanted = true) {
@@ -166,20 +174,17 @@ bool OwnCalendar::addHours(int startMinute, int endMinute, const std::vector<std
                 "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}));
 }
 
-bool OwnCalendar::removeHours() const {
-  std::error_code none;
-  return std::filesystem::remove(folder() / "hours.ics", none);
-}
+bool OwnCalendar::removeHours() const { return removeFile(folder() / "hours.ics"); }
 
-bool OwnCalendar::removeQuiet(const OwnEvent& event) {
-  std::error_code none;
-  std::filesystem::remove(calendarFolder() / account / std::to_string(event.owner) / "quiet.ics", none);
-  return isNoticed(event.uid, false);
+bool OwnCalendar::removeQuiet(const OwnEvent& span) {
+  removeFile(calendarFolder() / account / std::to_string(span.owner) / "quiet.ics");
+  return isNoticed(span.uid, false);
 }
 
 void OwnCalendar::remove() const {
-  std::error_code none;
-  std::filesystem::remove_all(folder(), none);
+  std::error_code problem;
+  std::filesystem::remove_all(folder(), problem);
+  if (problem) throw ServiceError(tr("{0} cannot be removed: {1}", folder().string(), problem.message()));
 }
 
 std::vector<OwnEvent> OwnCalendar::list() {

@@ -42,6 +42,8 @@ class OwnCalendar {
   /// Quiet hours in local time, each day or on the days given by RFC 5545's names ("MO"); over midnight when they end
   /// before they begin.
   bool addHours(int startMinute, int endMinute, const std::vector<std::string>& days) const;
+  // Each throws ServiceError for what cannot be removed.
+
   /// Removes the quiet hours; false when there are none.
   bool removeHours() const;
   /// Removes the calendar, if there is one.

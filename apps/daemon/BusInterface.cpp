@@ -20,8 +20,8 @@ extern const char* const interfaceXml;
 namespace {
 
 using devices::argumentsOf;
-using devices::variantOf;
 using devices::valueAt;
+using devices::variantOf;
 
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr const char* propertyNames[] = {"Version",  "Enabled",  "Applied",       "Armed",

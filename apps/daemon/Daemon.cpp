@@ -155,8 +155,8 @@ void Daemon::startHost() {
   startLimit_.disconnect();
   host_->start();
   makeFirstProfile();
-  interface_ =
-      std::make_unique<BusInterface>(session_, *host_, services_, options_.calendarFolder, [this](bool enabled) { return setEnabled(enabled); });
+  interface_ = std::make_unique<BusInterface>(session_, *host_, services_, options_.calendarFolder,
+                                              [this](bool enabled) { return setEnabled(enabled); });
   host_->setOnChange([this] {
     makeFirstProfile();
     if (interface_) interface_->refresh();

@@ -39,6 +39,14 @@ std::string written(int minutes) {
 
 /// What a number without a unit, with a unit in words, a fraction ("1.5h") or a clock's form ("1:30") is meant as.
 std::string nearestLength(const std::string& text) {
+  std::string dense = text;
+  std::erase(dense, ' ');
+  if (dense.find('h') != std::string::npos) {
+    // "1h 30m" and "1h30".
+    for (const std::string& each : {dense, dense + "m"}) {
+      if (const auto minutes = minutesOf(each)) return written(*minutes);
+    }
+  }
   Scanner scanner(text);
   scanner.skipBlanks();
   scanner.take("-");
@@ -57,9 +65,16 @@ std::string nearestLength(const std::string& text) {
   scanner.skipBlanks();
   // Nobody is quiet for two minutes.
   constexpr double mostHoursWithoutUnit = 4;
-  const bool isHours = scanner.take("h") || scanner.take("H") || (scanner.isAtEnd() && amount <= mostHoursWithoutUnit);
-  const bool isDays = scanner.take("d") || scanner.take("D");
-  const double minutes = amount * (isHours ? hour : isDays ? day : 1);
+  const auto isUnit = [unit = scanner.rest()](std::initializer_list<std::string_view> names) {
+    return std::find(names.begin(), names.end(), unit) != names.end();
+  };
+  int unit = 0;
+  if (isUnit({""})) unit = amount <= mostHoursWithoutUnit ? hour : 1;
+  if (isUnit({"m", "M", "min", "mins", "minute", "minutes"})) unit = 1;
+  if (isUnit({"h", "H", "hr", "hrs", "hour", "hours"})) unit = hour;
+  if (isUnit({"d", "D", "day", "days"})) unit = day;
+  if (unit == 0) return "";
+  const double minutes = amount * unit;
   return written(static_cast<int>(std::clamp<double>(std::round(minutes), 1, longest)));
 }
 

@@ -8,6 +8,7 @@
 #include "apps/terminal/Terminal.h"
 #include "devices/words/Text.h"
 #include "host/ProfileCheck.h"
+#include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
 #include <algorithm>
@@ -93,6 +94,11 @@ std::vector<std::string> keysOf(const Dictionary& changes) {
   return keys;
 }
 
+/// Without the blanks around it that a title of old may have.
+std::string plainTitle(const Dictionary& profile) {
+  return host::trimmedTitle(textMeaning(profile.find("title")).value_or(""));
+}
+
 Dictionary with(Dictionary profile, const Dictionary& changes) {
   for (const auto& [key, value] : changes) profile.set(key, value);
   return profile;
@@ -106,9 +112,8 @@ std::vector<ProfileDifference> differences(const std::vector<Dictionary>& presen
   std::vector<ProfileDifference> list;
   std::vector<const Dictionary*> kept;
   for (const Dictionary& each : given) {
-    const auto title = textMeaning(each.find("title"));
     const auto place = std::find_if(present.begin(), present.end(),
-                                    [&](const Dictionary& other) { return textMeaning(other.find("title")) == title; });
+                                    [&](const Dictionary& other) { return plainTitle(other) == plainTitle(each); });
     if (place == present.end()) {
       list.push_back({Added, {}, each, each});
       continue;

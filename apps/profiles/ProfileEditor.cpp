@@ -12,8 +12,10 @@
 #include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -65,7 +67,8 @@ std::string contentsOf(const std::filesystem::path& file) {
   return text.str();
 }
 
-/// Lets the user edit `text` in the file. When the editor fails, what was written is kept, and nothing else.
+/// Lets the user edit `text` in the file. When the editor fails, and not because the user interrupted it, what was
+/// written is kept; nothing else is.
 void runEditor(const std::filesystem::path& file, const std::string& text) {
   const char* visual = std::getenv("VISUAL");
   const char* editor = visual && *visual ? visual : std::getenv("EDITOR");
@@ -86,7 +89,8 @@ void runEditor(const std::filesystem::path& file, const std::string& text) {
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
   const bool interruptedByUser = WIFSIGNALED(status) && WTERMSIG(status) == SIGINT;
-  const bool isKept = status != 0 && !interruptedByUser && contentsOf(file) != text;
+  const std::string written = contentsOf(file);
+  const bool isKept = status != 0 && !interruptedByUser && !written.empty() && written != text;
   if (status != 0 && !isKept) std::filesystem::remove(file);
   std::signal(SIGINT, interrupted);
   std::signal(SIGQUIT, quitted);
@@ -151,7 +155,10 @@ Dictionary editedInEditor(const Dictionary& profile, const std::vector<KnownCale
         tr("no file for the editor could be made in {}", std::filesystem::temp_directory_path().string()));
   ::close(descriptor);
   const std::string text = editorText(profile, calendars);
-  std::ofstream(name) << text;
+  if (std::ofstream file(name); !(file << text).flush()) {
+    std::filesystem::remove(name);
+    throw ServiceError(tr("{0} cannot be written: {1}", name, std::strerror(errno)));
+  }
   runEditor(name, text);
   try {
     const Dictionary changes = changesInText(contentsOf(name), profile, calendars);

@@ -3,8 +3,10 @@
 
 #include "apps/terminal/Terminal.h"
 
+#include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <glib.h>
 #include <iostream>
 #include <sys/ioctl.h>
@@ -16,7 +18,7 @@ bool isTerminal(int fileDescriptor) { return ::isatty(fileDescriptor) == 1; }
 
 std::optional<std::size_t> columnsOfOutput() {
   std::size_t columns = 0;
-  if (const char* given = std::getenv("COLUMNS")) columns = std::strtoul(given, nullptr, 10);
+  if (const char* given = std::getenv("COLUMNS")) std::from_chars(given, given + std::strlen(given), columns);
   winsize size{};
   if (columns == 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0) columns = size.ws_col;
   return columns == 0 ? std::nullopt : std::optional(columns);

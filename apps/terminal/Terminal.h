@@ -29,7 +29,7 @@ bool isTerminal(int fileDescriptor);
 /// How many columns standard output has: what COLUMNS says, else the terminal. None where neither tells.
 std::optional<std::size_t> columnsOfOutput();
 
-/// Says a line on standard error, under the program's name; harmless.
+/// Says a line on standard error, under the name of the command line; harmless.
 void complain(const std::string& line);
 
 /// How many columns a UTF-8 text takes: wide characters count twice, combining ones not at all.

@@ -169,7 +169,7 @@ complete -c hushmode -n '__hushmode_at "hushmode networks"' -l json -d 'Print JS
 complete -c hushmode -n '__hushmode_at "hushmode networks"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode quiet"' -l profile -x -a '(__hushmode_names profiles)' -d 'By which profile'
-complete -c hushmode -n '__hushmode_at "hushmode quiet"' -l end -d 'End it now'
+complete -c hushmode -n '__hushmode_at "hushmode quiet"' -l end -d 'End such a time now, of all profiles or of the one named'
 complete -c hushmode -n '__hushmode_at "hushmode quiet"' -s h -l help -d 'Print this help'
 
 complete -c hushmode -n '__hushmode_at "hushmode schedule"' -l days -x -a '(__hushmode_list mon tue wed thu fri sat sun)' -d 'On which days they begin, such as mon,tue; without: every day'

@@ -192,7 +192,7 @@ class GermanDaemon(unittest.TestCase):
         added = german("profile", "add", "Ruhe", "--ringtone", "5%")
         self.assertEqual(added.returncode, 0, added.stderr)
         quiet = german("quiet", "5m", "--profile", "Ruhe")
-        self.assertIn("„Ruhe“ sorgt bis", quiet.stdout, quiet.stderr)
+        self.assertIn("„Ruhe“ geht in wenigen Sekunden an", quiet.stdout, quiet.stderr)
         signal = self.wait_for_a_switch()
         self.assertIn("'reason': <'„Eine Weile Ruhe“'>", signal)
         self.assertIn("'cause': <'event'>", signal)

@@ -14,6 +14,8 @@ import unittest
 
 from user_phone import UserFolders
 
+from noon import zone_of_noon  # noqa: E402, found through user_phone
+
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
 DAEMON = sys.argv.pop(1) if len(sys.argv) > 1 and not sys.argv[1].startswith("-") else None
 
@@ -22,7 +24,7 @@ class Commands(unittest.TestCase):
     """Each test starts with no profiles and the calendars Work and Home."""
 
     def setUp(self):
-        self.phone = UserFolders(PROGRAM, on_bus=DAEMON is not None)
+        self.phone = UserFolders(PROGRAM, on_bus=True, zone=zone_of_noon()) if DAEMON else UserFolders(PROGRAM)
         self.addCleanup(self.phone.end)
         self.folder, self.environment, self.run_program = self.phone.folder, self.phone.environment, self.phone.run
         self.phone.put_calendars("Work", "Home")
@@ -223,7 +225,7 @@ class Commands(unittest.TestCase):
         self.done("profile", "add", "Night", "--ringtone", "5%", "--calendars", "Home")
         self.refused("quiet", "--end", says=["no quiet time goes on"])
         self.refused("quiet", "5m", "--end", says=["--end"])
-        self.assertIn("off at", self.done("quiet", "5m"))
+        self.assertIn("ends by itself", self.done("quiet", "5m"))
         self.wait_for_status('Night is on for "Quiet for a while"')
         # What is on already is not yet to come.
         self.assertTrue(self.done("agenda", "--days", "2").startswith("Night is on now.\n"))

@@ -32,7 +32,8 @@ SLIPS = {
     "DAYS": [("wedd", "wed"), ("mon,tu,wedd", "mon,tue,wed"), ("mon-fri", "mon,tue,wed,thu,fri"),
              ("fri-mon", "fri,sat,sun,mon"), ("weekdays", "mon,tue,wed,thu,fri"), ("weekend", "sat,sun"),
              ("someday", None)],
-    "LENGTH": [("90", "90m"), ("2", "2h"), ("2 hours", "2h"), ("1.5h", "90m"), ("2:30", "2h30m"), ("-5m", "5m"),
+    "LENGTH": [("90", "90m"), ("2", "2h"), ("2 hours", "2h"), ("1.5h", "90m"), ("2:30", "2h30m"), ("1h 30m", "90m"),
+               ("2h30", "2h30m"), ("1 week", None), ("90s", None), ("-5m", "5m"),
                ("0m", "1m"), ("200h", "168h"), ("2d", "48h"), ("while", None)],
     "PROFILE": [("Wrok", "Work"), ("work", "Work"), ("Gardening", None)],
     "CALENDARS": [("Hmoe", "Home"), ("Gardening", None)],
@@ -235,10 +236,10 @@ class Answers(unittest.TestCase):
         self.done("profile", "add", "Night")
         self.refused("schedule", "Night", says="schedule: expected HOURS behind NAME, such as 22:00-06:00")
         for arguments, said in ((["11pm - 7am"], "from 23:00 to 07:00."), (["23:00-07:00"], "from 23:00 to 07:00."),
-                                (["22:00-06:00"], "from 22:00 to 06:00 instead of 23:00 to 07:00."),
+                                (["22:00-06:00"], "from 22:00 to 06:00; before: 23:00 to 07:00."),
                                 (["22:00-06:00", "--days", "mon,tue"],
-                                 "from 22:00 to 06:00 (Mon, Tue) instead of 22:00 to 06:00."),
-                                (["22:00-05:00"], "from 22:00 to 05:00 instead of 22:00 to 06:00 (Mon, Tue).")):
+                                 "from 22:00 to 06:00 (Mon, Tue); before: 22:00 to 06:00."),
+                                (["22:00-05:00"], "from 22:00 to 05:00; before: 22:00 to 06:00 (Mon, Tue).")):
             self.assertEqual(self.done("schedule", "Night", *arguments), f'"Night" is quiet {said}\n')
         self.done("schedule", "Night", "--remove")
         self.assertEqual(self.done("schedule", "Night", "22:00-06:00"), '"Night" is quiet from 22:00 to 06:00.\n')

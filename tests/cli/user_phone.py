@@ -55,6 +55,10 @@ class UserFolders:
         self.daemon.kill()
         self.daemon.wait()
         self.daemon = None
+        owned = ["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus",
+                 "--method", "org.freedesktop.DBus.NameHasOwner", "com.quorvel.Hushmode"]
+        while "true" in subprocess.run(owned, check=True, env=self.environment, capture_output=True, text=True).stdout:
+            pass  # The bus is about to see that its connection is closed.
 
     def switch(self, on):
         self._configure(SETTINGS, plistlib.dumps({"com.quorvel.hushmode.enabled": on}))

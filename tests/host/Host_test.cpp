@@ -263,17 +263,24 @@ TEST(VibrateSwitches, SetByHandInTheMeetingStay) {
   EXPECT_EQ(life.end, wanted) << differenceText(wanted, life.end);
 }
 
-TEST(VibrateSwitches, SetByHandRightAfterTheBeginningStay) {
-  Scenario scenario = scenarioOf(day({.events = standup, .more = R"(, "vibrate": false)"}));
-  scenario.steps.push_back(at(scenario, "09:00:02", [](Simulation& s) {
-    s.phone().defaults().domains()["com.apple.springboard"].set("silent-vibrate", false);
-    hostOf(s).phoneChanged();
-  }));
-  const Life life = live(scenario, {{"09:30", quiet}});
-  PhoneState wanted = life.before;
-  quiet(wanted);
-  wanted.silentVibrate = false;
-  EXPECT_EQ(life.moments[0], wanted) << differenceText(wanted, life.moments[0]);
+TEST(VibrateSwitches, SetByHandRightAfterTheBeginningHoldOverAProfileThatDoesNotVibrate) {
+  for (const bool on : {false, true}) {
+    SCOPED_TRACE(on ? "on" : "off");
+    Scenario scenario = scenarioOf(day({.events = standup,
+                                        .more = R"(, "vibrate": false)",
+                                        .phone = on ? R"("ringVibrate": false, "silentVibrate": false)" : ""}));
+    scenario.steps.push_back(at(scenario, "09:00:02", [&](Simulation& s) {
+      s.phone().defaults().domains()["com.apple.springboard"].set("silent-vibrate", on);
+      hostOf(s).phoneChanged();
+    }));
+    const Life life = live(scenario, {{"09:30", quiet}});
+    PhoneState wanted = life.before;
+    wanted.silentVibrate = on;
+    EXPECT_EQ(life.end, wanted) << differenceText(wanted, life.end);
+    quiet(wanted);
+    wanted.ringVibrate = false;  // What is switched on by hand stays; that one is switched off keeps nothing on.
+    EXPECT_EQ(life.moments[0], wanted) << differenceText(wanted, life.moments[0]);
+  }
 }
 
 TEST(Applied, IsShownWithItsReasonAndItsEnd) {
