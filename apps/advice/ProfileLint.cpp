@@ -86,7 +86,8 @@ class ProfileLinter {
     if (rules_.calendars.empty() && rules_.networks.empty()) {
       std::vector<std::string> writable;
       for (const KnownCalendar& each : subject_.known.calendars) {
-        if (each.writable) writable.push_back(each.identifier);
+        // Quiet hours of other profiles are none of this one's.
+        if (each.writable && !OwnCalendar::isOwn(each.identifier)) writable.push_back(each.identifier);
       }
       find(Warning, "follows-nothing",
            tr("\"{0}\" follows neither calendars nor networks, so it is never on.", rules_.title),
@@ -194,8 +195,8 @@ class ProfileLinter {
     const bool isShutOut = hasEvents && !rules_.allDay;
     find(Warning, "never-on",
          isShutOut
-             ? tr("\"{0}\" is never on in the next month: no event goes on while its window is open.", rules_.title)
-             : tr("\"{0}\" is never on in the next month: no event of its calendars counts then.", rules_.title),
+             ? tr("\"{0}\" is never on in the next 31 days: no event goes on while its window is open.", rules_.title)
+             : tr("\"{0}\" is never on in the next 31 days: no event of its calendars counts then.", rules_.title),
          isShutOut ? editCommand(rules_, "--all-day") : "hushmode explain " + profileWord(rules_));
   }
 

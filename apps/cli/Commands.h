@@ -11,9 +11,10 @@ namespace hushmode::cli {
 /// Exit codes of all commands.
 enum ExitCode : int {
   Done = 0,
-  No = 1,          ///< The answer is no; or what was to be printed could not be written.
+  No = 1,          ///< The answer is no.
   WrongInput = 2,  ///< An option, a file, or a time that cannot be used; nothing was changed.
-  NoService = 3,   ///< No daemon, or a service or a disk that did not do what was asked; nothing was changed.
+  NoService = 3,   ///< No daemon, or a service or a disk that did not do what was asked: nothing was changed, or
+                   ///< nothing but what was to be printed is missing.
 };
 
 /// A command's work, to be run once its options are parsed; the result is the exit code.

@@ -13,6 +13,7 @@
 #include "apps/simulation/JsonReader.h"
 #include "apps/terminal/Terminal.h"
 #include "devices/words/Text.h"
+#include "host/ProfileCheck.h"
 #include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
@@ -97,13 +98,15 @@ int list(const Options& options) {
   if (profiles.empty()) std::cout << tr("There are no profiles. Make one with: hushmode profile add NAME") << '\n';
   std::size_t columns = 0;
   for (const Dictionary& each : profiles) columns = std::max(columns, columnsOf(harmless(titleOf(each))));
+  const std::size_t stateColumns =
+      std::max({columnsOf(tr("on now")), columnsOf(tr("waiting")), columnsOf(tr("disabled"))});
   for (const Dictionary& each : profiles) {
     const bool enabled = booleanMeaning(each.find("enabled")), applied = booleanMeaning(each.find("applied"));
     const std::string state = applied ? tr("on now") : enabled ? tr("waiting") : tr("disabled");
     std::cout << terminal.styled(padded(harmless(titleOf(each)), columns), Style::Bold) << "  "
-              << terminal.styled(padded(state, 9), applied   ? Style::Green
-                                                   : enabled ? Style::Plain
-                                                             : Style::Dim)
+              << terminal.styled(padded(state, stateColumns), applied   ? Style::Green
+                                                              : enabled ? Style::Plain
+                                                                        : Style::Dim)
               << "  " << windowText(each) << '\n';
   }
   return Done;
@@ -158,20 +161,43 @@ int add(const Options& options) {
   return Done;
 }
 
+bool hasQuietHours(const Dictionary& profile) {
+  const auto events = OwnCalendar::list();
+  return std::any_of(events.begin(), events.end(),
+                     [&](const OwnEvent& each) { return each.hours && each.owner == identifierOf(profile); });
+}
+
+/// Quiet hours and times are set and ended by commands of their own, not by leaving the calendar out of a list.
+void keepOwnCalendar(const Dictionary& profile, Dictionary& changes) {
+  const std::string own = OwnCalendar(identifierOf(profile), titleOf(profile)).identifier();
+  const auto before = textsOf(profile.find("calendarIdentifiers"));
+  if (!changes.find("calendarIdentifiers") || std::find(before.begin(), before.end(), own) == before.end()) return;
+  auto calendars = textsOf(changes.find("calendarIdentifiers"));
+  if (std::find(calendars.begin(), calendars.end(), own) == calendars.end()) calendars.push_back(own);
+  changes.set("calendarIdentifiers", arrayOf(calendars));
+}
+
 int edit(const Options& options) {
   const auto store = ProfileStore::open();
   const auto profile = profileNamed(store->list(), options.name);
   if (options.editor && !changesOf(options).empty()) {
     throw InputError(tr("--editor and other settings exclude each other"));
   }
-  const auto changes = options.editor ? editedInEditor(profile, knownCalendars()) : changesOf(options);
+  auto changes = options.editor ? editedInEditor(profile, knownCalendars()) : changesOf(options);
   if (changes.empty()) {
     if (!options.editor) throw InputError(tr("nothing to change; see hushmode profile edit --help"));
     std::cout << tr("Nothing was changed.") << '\n';
     return Done;
   }
+  keepOwnCalendar(profile, changes);
   store->update(identifierOf(profile), changes);
+  if (changes.find("title")) OwnCalendar(identifierOf(profile), titleOf(changes)).retitle();
   tellSaved(*store, tr("Changed \"{}\".", harmless(titleOf(profile))));
+  const bool isCut =
+      booleanMeaning(profile.find("allDay")) && changes.find("allDay") && !booleanMeaning(changes.find("allDay"));
+  if (isCut && hasQuietHours(profile)) {
+    complain(tr("its quiet hours hold only within its window now; see hushmode schedule --list"));
+  }
   return Done;
 }
 
@@ -202,6 +228,15 @@ int copy(const Options& options) {
     std::erase_if(calendars, OwnCalendar::isOwn);  // Quiet hours are not copied.
     profile.set("calendarIdentifiers", arrayOf(calendars));
   }
+  // What means nothing here may have come by an import; a profile is not added with it.
+  std::vector<std::string> unknown;
+  for (const auto& [key, value] : profile) {
+    const auto& keys = host::profileKeys();
+    if (std::none_of(keys.begin(), keys.end(), [&](const auto& each) { return each.name == key; })) {
+      unknown.push_back(key);
+    }
+  }
+  for (const std::string& each : unknown) profile.remove(each);
   const std::string original = titleOf(profile), title = host::trimmedTitle(options.newTitle);
   profile.set("title", title);
   store->add(profile);

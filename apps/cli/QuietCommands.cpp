@@ -80,7 +80,8 @@ Dictionary chosenProfile(ProfileStore& store, const std::string& name) {
   for (const Dictionary& each : profiles) {
     if (booleanMeaning(each.find("enabled"))) enabled.push_back(each);
   }
-  if (enabled.empty()) throw InputError(tr("no profile is enabled; make one with: hushmode profile add NAME"));
+  if (enabled.empty())
+    throw InputError(tr("no profile is enabled; name one with --profile, or make one with: hushmode profile add NAME"));
   if (enabled.size() > 1) {
     throw InputError(tr("several profiles are enabled; say which with --profile, such as --profile \"{}\"",
                         titleOf(enabled.front())));
@@ -90,7 +91,7 @@ Dictionary chosenProfile(ProfileStore& store, const std::string& name) {
 
 OwnCalendar calendarOf(const Dictionary& profile) { return {identifierOf(profile), titleOf(profile)}; }
 
-/// The profile follows its own calendar from now on, and takes part.
+/// The profile follows its own calendar from now on, and takes part; says so where it did not.
 void follow(ProfileStore& store, const Dictionary& profile) {
   Dictionary changes;
   if (!booleanMeaning(profile.find("enabled"))) changes.set("enabled", true);
@@ -101,7 +102,9 @@ void follow(ProfileStore& store, const Dictionary& profile) {
     identifiers.push_back(own);
     changes.set("calendarIdentifiers", identifiers);
   }
-  if (!changes.empty()) store.update(identifierOf(profile), changes);
+  if (changes.empty()) return;
+  store.update(identifierOf(profile), changes);
+  if (changes.find("enabled")) std::cout << tr("Enabled \"{}\".", harmless(titleOf(profile))) << '\n';
 }
 
 void requireWholeDay(const Dictionary& profile) {
@@ -114,6 +117,13 @@ void requireWholeDay(const Dictionary& profile) {
 void warnUnless(bool noticed) {
   if (noticed) return;
   complain(tr("the daemon has not noticed it yet; see hushmode doctor"));
+}
+
+/// The title of the profile that the event was made for; that of then when it is no more.
+std::string presentTitle(const OwnEvent& event, const std::vector<Dictionary>& profiles) {
+  const auto owner = std::find_if(profiles.begin(), profiles.end(),
+                                  [&](const auto& each) { return identifierOf(each) == event.owner; });
+  return owner == profiles.end() ? event.profile : titleOf(*owner);
 }
 
 /// Ends the quiet times that go on: of the profile named, or of all.
@@ -130,11 +140,7 @@ int endQuiet(const Options& options) {
   const auto profiles = store->list();
   for (const OwnEvent& each : spans) {
     warnUnless(OwnCalendar::removeQuiet(each));
-    const auto owner = std::find_if(profiles.begin(), profiles.end(),
-                                    [&](const auto& profile) { return identifierOf(profile) == each.owner; });
-    std::cout << tr("The quiet time of \"{}\" ends in a few seconds.",
-                    harmless(owner == profiles.end() ? each.profile : titleOf(*owner)))
-              << '\n';
+    std::cout << tr("The quiet time of \"{}\" ends in a few seconds.", harmless(presentTitle(each, profiles))) << '\n';
   }
   tellUnlessLive(*store, std::cout);
   return Done;
@@ -159,19 +165,31 @@ int quiet(const Options& options) {
   return Done;
 }
 
+/// All quiet hours, or those of the profile named, under the titles that the profiles have now.
+std::vector<OwnEvent> quietHours(const Options& options) {
+  const auto profiles = ProfileStore::open()->list();
+  if (!options.profile.empty()) profileNamed(profiles, options.profile);  // Or says which there are.
+  auto events = OwnCalendar::list();
+  for (OwnEvent& each : events) each.profile = presentTitle(each, profiles);
+  std::erase_if(events, [&](const OwnEvent& each) {
+    return !each.hours || (!options.profile.empty() && each.profile != options.profile);
+  });
+  return events;
+}
+
 int listSchedules(const Options& options) {
-  bool any = false;
-  for (const OwnEvent& each : OwnCalendar::list()) {
-    if (!each.hours) continue;
-    any = true;
+  const auto events = quietHours(options);
+  std::size_t columns = 0;
+  for (const OwnEvent& each : events) columns = std::max(columns, columnsOf(harmless(each.profile)));
+  for (const OwnEvent& each : events) {
     if (options.json) {
       std::cout << lineOf({{"profile", each.profile}, {"hours", *each.hours}, {"days", each.days}}) << '\n';
     } else {
-      std::cout << harmless(each.profile) << "  " << harmless(hoursText(*each.hours)) << "  "
+      std::cout << padded(harmless(each.profile), columns) << "  " << harmless(hoursText(*each.hours)) << "  "
                 << harmless(daysText(each.days)) << '\n';
     }
   }
-  if (!any && !options.json) std::cout << tr("There are no quiet hours.") << '\n';
+  if (events.empty() && !options.json) std::cout << tr("There are no quiet hours.") << '\n';
   return Done;
 }
 
@@ -233,12 +251,13 @@ void addQuietCommands(CLI::App& program, Command& chosen) {
 
   CLI::App* hours = program.add_subcommand("schedule", tr("Quiet hours without a calendar, over midnight too"));
   hours->add_option("NAME", scheduleOptions->profile, tr("The profile's title"))->type_name("PROFILE");
-  hours->add_option("HOURS", scheduleOptions->hours, tr("From when to when, such as 22:00-06:00"))->type_name("TIMES");
+  CLI::Option* span = hours->add_option("HOURS", scheduleOptions->hours, tr("From when to when, such as 22:00-06:00"))
+                          ->type_name("TIMES");
   hours
       ->add_option("--days", scheduleOptions->days, tr("On which days they begin, such as mon,tue; without: every day"))
       ->type_name("DAYS");
   hours->add_flag("--list", scheduleOptions->list, tr("List the quiet hours"));
-  hours->add_flag("--remove", scheduleOptions->remove, tr("Remove those of the profile"));
+  hours->add_flag("--remove", scheduleOptions->remove, tr("Remove those of the profile"))->excludes(span);
   hours->add_flag("--json", scheduleOptions->json, tr("List as JSON objects"));
   hours->footer(tr("Example:\n  {}", "hushmode schedule Night 22:00-06:00 --days sun,mon,tue,wed,thu"));
   hours->final_callback(

@@ -93,6 +93,20 @@ Json jsonOf(const Glib::VariantBase& value, const devices::TimeZone& zone) {
   return nullptr;
 }
 
+/// The host looks at the phone when the next profile is to switch, or a second later where that profile has a wake-up
+/// of its own, and else at midnight. A profile's wake-up alone can be one of an event that is gone. None for midnight.
+std::optional<Date> nextSwitch(const bus::Dictionaries& armed, const devices::TimeZone& zone) {
+  const auto look =
+      std::find_if(armed.begin(), armed.end(), [](const auto& each) { return !each.contains("profile"); });
+  const auto looksAt = look == armed.end() ? std::nullopt : date(*look, "date");
+  if (!looksAt || *looksAt == simulation::beginningOfLocalDay(*looksAt, zone)) return std::nullopt;
+  for (const auto& each : armed) {
+    const auto wakesAt = date(each, "date");
+    if (wakesAt && *wakesAt <= *looksAt && *looksAt <= wakesAt->addingSeconds(1.5)) return wakesAt;
+  }
+  return looksAt;
+}
+
 int status(const Options& options) {
   const auto properties = Daemon::required().properties();
   const auto zone = userZone();
@@ -118,12 +132,11 @@ int status(const Options& options) {
                         : tr("{0} is on for {1}.", title, reason))
               << '\n';
   }
-  const auto armed = valueOf<bus::Dictionaries>(properties, "Armed").value_or(bus::Dictionaries());
-  const auto next = std::find_if(armed.begin(), armed.end(), [](const auto& each) { return each.contains("profile"); });
-  if (next != armed.end()) {
-    std::cout << tr("The next switch is planned for {}.", momentText(*date(*next, "date"), wallClock(), *zone)) << '\n';
+  if (const auto next =
+          nextSwitch(valueOf<bus::Dictionaries>(properties, "Armed").value_or(bus::Dictionaries()), *zone)) {
+    std::cout << tr("The next switch is planned for {}.", momentText(*next, wallClock(), *zone)) << '\n';
   } else {
-    std::cout << tr("No other switch is planned today.") << '\n';
+    std::cout << tr("No more switches are planned for today.") << '\n';
   }
   for (const auto& [name, state] : valueOf<bus::ServiceStates>(properties, "Services").value_or(bus::ServiceStates())) {
     const auto& [works, detail] = state;

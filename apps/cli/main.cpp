@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
   program.set_version_flag("--version", HUSHMODE_VERSION, tr("Print the version"));
   program.require_subcommand(1);
   program.footer(
-      tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon or service.\n\n"
+      tr("Exit codes: 0 done, 1 no, 2 wrong input, 3 no daemon, or a service or disk that fails.\n\n"
          "\"hushmode COMMAND --help\" tells more of a command.\n\n"
          "Examples:\n"
          "  hushmode profile add Work --window 08:00-17:00 --ringtone 5%\n"
@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
   std::cout.flush();
   if (!std::cout) {
     cli::complain(tr("the output could not be written"));
-    return cli::No;
+    return cli::NoService;
   }
   return code;
 }

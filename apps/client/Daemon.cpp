@@ -7,8 +7,10 @@
 #include "devices/linux/base/Variants.h"
 #include "devices/words/Text.h"
 
+#include <csignal>
 #include <giomm/dbuserror.h>
 #include <giomm/init.h>
+#include <glibmm/init.h>
 
 namespace hushmode::cli {
 
@@ -28,10 +30,24 @@ std::string remoteName(const Glib::Error& error) {
   return copy;
 }
 
+/// GLib's sockets let the whole process ignore SIGPIPE, but who reads our output may go away.
+class KeptPipeSignal {
+ public:
+  KeptPipeSignal() : handler_(std::signal(SIGPIPE, SIG_DFL)) {}
+  ~KeptPipeSignal() { std::signal(SIGPIPE, handler_); }
+  KeptPipeSignal(const KeptPipeSignal&) = delete;
+  KeptPipeSignal& operator=(const KeptPipeSignal&) = delete;
+
+ private:
+  void (*handler_)(int);
+};
+
 }  // namespace
 
 std::optional<Daemon> Daemon::running() {
+  const KeptPipeSignal kept;
   try {
+    Glib::set_init_to_users_preferred_locale(false);  // That is set already, as far as the system has it.
     Gio::init();
     auto connection = Gio::DBus::Connection::get_sync(Gio::DBus::BusType::SESSION);
     const auto answer =

@@ -107,25 +107,47 @@ bool isNoticed(const std::string& uid, bool wanted = true) {
   return false;
 }
 
-/// A local date and clock time before now, on one of the days: quiet hours over midnight then hold tonight already. Of
+constexpr std::int64_t daySeconds = 86400;
+
+/// Whether quiet hours begin on the local day that begins at `midnight`, in seconds of the local clock since 1970.
+bool isAmong(const std::vector<std::string>& days, std::int64_t midnight) {
+  static constexpr const char* names[] = {"TH", "FR", "SA", "SU", "MO", "TU", "WE"};  // 1970 began on a Thursday.
+  return days.empty() || std::find(days.begin(), days.end(), names[midnight / daySeconds % 7]) != days.end();
+}
+
+/// The local day before now on which quiet hours began last, or would have: over midnight they hold tonight already. Of
 /// a repeating event the first occurrence must be one of its rule's (RFC 5545 section 3.8.5.3).
-std::string localStamp(int minute, const std::vector<std::string>& days) {
-  static constexpr const char* names[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
-  constexpr double day = 86400;
-  std::tm parts{};
-  for (int back = 1; back <= 7; ++back) {
-    const auto seconds = static_cast<std::time_t>(wallClock().addingSeconds(-back * day).secondsSince1970());
-    ::localtime_r(&seconds, &parts);
-    if (days.empty() || std::find(days.begin(), days.end(), names[parts.tm_wday]) != days.end()) break;
+std::int64_t firstMidnight(const std::vector<std::string>& days, const devices::TimeZone& zone) {
+  const auto now = zone.localFromUtc(static_cast<std::int64_t>(wallClock().secondsSince1970()));
+  std::int64_t midnight = now / daySeconds * daySeconds - daySeconds;
+  while (!isAmong(days, midnight)) midnight -= daySeconds;
+  return midnight;
+}
+
+/// "20261124T220000".
+std::string localStamp(std::int64_t local) {
+  const std::string stamp = utcStamp(Date(static_cast<double>(local)));
+  return stamp.substr(0, stamp.size() - 1);
+}
+
+/// The beginnings, in local time, of the quiet hours in the next years that last longer or shorter than the clock says:
+/// the clock is changed in them.
+std::vector<std::int64_t> unusualNights(int startMinute, int minutes, const std::vector<std::string>& days,
+                                        const devices::TimeZone& zone) {
+  constexpr int years = 20;
+  std::vector<std::int64_t> nights;
+  const std::int64_t first = firstMidnight(days, zone);
+  for (std::int64_t midnight = first; midnight < first + years * 366 * daySeconds; midnight += daySeconds) {
+    const std::int64_t start = midnight + startMinute * 60, end = start + minutes * 60;
+    if (!isAmong(days, midnight)) continue;
+    if (zone.utcFromLocal(end) - zone.utcFromLocal(start) != end - start) nights.push_back(start);
   }
-  char date[16];
-  const std::size_t length = std::strftime(date, sizeof date, "%Y%m%d", &parts);
-  return fmt::format("{}T{:02}{:02}00", std::string(date, length), minute / 60, minute % 60);
+  return nights;
 }
 
 std::string clock(int minute) { return fmt::format("{:02}:{:02}", minute / 60, minute % 60); }
 
-/// A property of the one event in a file that this program wrote.
+/// A property of the first event in a file that this program wrote.
 std::string propertyOf(const std::string& text, const std::string& name) {
   const auto place = text.find("\r\n" + name + ":");
   if (place == std::string::npos) return {};
@@ -143,35 +165,43 @@ bool OwnCalendar::isOwn(std::string_view identifier) {
 
 std::filesystem::path OwnCalendar::folder() const { return calendarFolder() / account / std::to_string(profile_); }
 
-/// Writes the file of one event, and answers the event's identifier: a new one each time, by which it can be told from
-/// what was there before.
-std::string OwnCalendar::write(const std::string& kind, const std::vector<std::string>& properties) const {
+std::string OwnCalendar::write(const std::string& kind, const std::vector<Properties>& entries) const {
   const Date now = wallClock();
   const std::string uid = fmt::format("{}-{}-{:.0f}", kind, profile_, now.secondsSince1970() * 1000);
   replaceFile(folder() / "displayname", title_ + "\n");
-  std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\nBEGIN:VEVENT\r\n";
-  text += folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));
-  for (const std::string& each : properties) text += folded(each);
-  replaceFile(folder() / (kind + ".ics"), text + "END:VEVENT\r\nEND:VCALENDAR\r\n");
+  std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Hush Mode//hushmode//EN\r\n";
+  for (const Properties& entry : entries) {
+    text += "BEGIN:VEVENT\r\n" + folded("UID:" + uid) + folded("DTSTAMP:" + utcStamp(now));
+    for (const std::string& each : entry) text += folded(each);
+    text += "END:VEVENT\r\n";
+  }
+  replaceFile(folder() / (kind + ".ics"), text + "END:VCALENDAR\r\n");
   return uid;
 }
 
 bool OwnCalendar::addQuiet(Date from, Date to) const {
   return isNoticed(write(
-      "quiet", {"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to), "SUMMARY:" + escaped(tr("Quiet for a while")),
-                "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(title_)}));
+      "quiet", {{"DTSTART:" + utcStamp(from), "DTEND:" + utcStamp(to), "SUMMARY:" + escaped(tr("Quiet for a while")),
+                 "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(title_)}}));
 }
 
 bool OwnCalendar::addHours(int startMinute, int endMinute, const std::vector<std::string>& days) const {
   const int length = (endMinute - startMinute + 24 * 60) % (24 * 60);
   std::string list;
   for (const std::string& each : days) list += (list.empty() ? "" : ",") + each;
-  return isNoticed(write(
-      "hours", {"DTSTART:" + localStamp(startMinute, days), fmt::format("DURATION:PT{}M", length),
-                list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list,
-                "SUMMARY:" + escaped(tr("Quiet hours")), "STATUS:CONFIRMED", "X-HUSHMODE-PROFILE:" + escaped(title_),
-                "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
-                "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}));
+  const auto zone = userZone();
+  const std::string summary = "SUMMARY:" + escaped(tr("Quiet hours"));
+  std::vector<Properties> entries{
+      {"DTSTART:" + localStamp(firstMidnight(days, *zone) + startMinute * 60), fmt::format("DURATION:PT{}M", length),
+       list.empty() ? "RRULE:FREQ=DAILY" : "RRULE:FREQ=WEEKLY;BYDAY=" + list, summary, "STATUS:CONFIRMED",
+       "X-HUSHMODE-PROFILE:" + escaped(title_), "X-HUSHMODE-HOURS:" + clock(startMinute) + "-" + clock(endMinute),
+       "X-HUSHMODE-DAYS:" + escaped(list.empty() ? "daily" : list)}};
+  // All occurrences last equally long (RFC 5545 section 3.8.5.3), but these are to end by the clock as well.
+  for (const std::int64_t start : unusualNights(startMinute, length, days, *zone)) {
+    entries.push_back({"RECURRENCE-ID:" + localStamp(start), "DTSTART:" + localStamp(start),
+                       "DTEND:" + localStamp(start + length * 60), summary, "STATUS:CONFIRMED"});
+  }
+  return isNoticed(write("hours", entries));
 }
 
 bool OwnCalendar::removeHours() const { return removeFile(folder() / "hours.ics"); }
@@ -179,6 +209,10 @@ bool OwnCalendar::removeHours() const { return removeFile(folder() / "hours.ics"
 bool OwnCalendar::removeQuiet(const OwnEvent& span) {
   removeFile(calendarFolder() / account / std::to_string(span.owner) / "quiet.ics");
   return isNoticed(span.uid, false);
+}
+
+void OwnCalendar::retitle() const {
+  if (std::filesystem::exists(folder() / "displayname")) replaceFile(folder() / "displayname", title_ + "\n");
 }
 
 void OwnCalendar::remove() const {
@@ -202,8 +236,12 @@ std::vector<OwnEvent> OwnCalendar::list() {
                    {},
                    {},
                    propertyOf(text, "X-HUSHMODE-DAYS")};
-    if (const std::string hours = propertyOf(text, "X-HUSHMODE-HOURS"); !hours.empty()) event.hours = hours;
-    if (const std::string end = propertyOf(text, "DTEND"); !end.empty()) event.until = dateOfStamp(end);
+    const std::string hours = propertyOf(text, "X-HUSHMODE-HOURS"), end = propertyOf(text, "DTEND");
+    if (!hours.empty()) {
+      event.hours = hours;
+    } else if (!end.empty()) {
+      event.until = dateOfStamp(end);
+    }
     if (!event.uid.empty()) events.push_back(std::move(event));
   }
   std::sort(events.begin(), events.end(), [](const auto& a, const auto& b) { return a.profile < b.profile; });

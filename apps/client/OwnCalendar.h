@@ -46,6 +46,8 @@ class OwnCalendar {
 
   /// Removes the quiet hours; false when there are none.
   bool removeHours() const;
+  /// The profile has got this title: so has its calendar, if there is one. Throws ServiceError.
+  void retitle() const;
   /// Removes the calendar, if there is one.
   void remove() const;
 
@@ -58,8 +60,11 @@ class OwnCalendar {
   static bool isOwn(std::string_view identifier);
 
  private:
+  using Properties = std::vector<std::string>;
   std::filesystem::path folder() const;
-  std::string write(const std::string& kind, const std::vector<std::string>& properties) const;
+  /// Writes the file of one event, an entry of which may stand for a single occurrence, and answers the event's
+  /// identifier: a new one each time, by which it can be told from what was there before.
+  std::string write(const std::string& kind, const std::vector<Properties>& entries) const;
 
   std::int64_t profile_;
   std::string title_;

@@ -41,6 +41,7 @@ int main(int argc, char** argv) {
   using hushmode::devices::Priority;
   hushmode::useLanguageOfEnvironment();
   Glib::set_init_to_users_preferred_locale(false);  // It would be set anew, numbers included.
+  Glib::set_init_to_users_preferred_locale(false);  // That is set already, as far as the system has it.
   Gio::init();
 
   hushmode::daemon::Options options;

@@ -31,7 +31,7 @@ def sentence(text):
 def explanation(argument):
     parts = [sentence(argument.help)]
     value = argument.value
-    if value and value.choices and value.is_list:
+    if value and value.is_list and value.choices and value.choices != ["none"]:
         parts.append(f"Among them: {', '.join(value.choices)}.")
     if value and value.range:
         parts.append(f"From {value.range[0]} to {value.range[1]}.")

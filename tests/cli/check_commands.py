@@ -109,7 +109,7 @@ class Simulate(TemporaryFolder):
         with open("/dev/full", "w") as full:
             result = subprocess.run([PROGRAM, "simulate", str(EXAMPLES / "workday.json")], stdout=full,
                                     stderr=subprocess.PIPE, text=True)
-        self.assertEqual((result.returncode, result.stderr), (1, "hushmode: the output could not be written\n"))
+        self.assertEqual((result.returncode, result.stderr), (3, "hushmode: the output could not be written\n"))
 
 
 class Events(TemporaryFolder):

@@ -196,7 +196,7 @@ class Help(unittest.TestCase):
         with open("/dev/full", "w") as full:
             result = subprocess.run([PROGRAM, "--help"], stdout=full, stderr=subprocess.PIPE, text=True,
                                     env=self.environment)
-        self.assertEqual((result.returncode, result.stderr), (1, "hushmode: the output could not be written\n"))
+        self.assertEqual((result.returncode, result.stderr), (3, "hushmode: the output could not be written\n"))
 
 
 if __name__ == "__main__":

@@ -313,7 +313,7 @@ class Files(unittest.TestCase):
     def test_a_full_disk_is_said(self):
         with open("/dev/full", "wb") as full:
             result = self.phone.run("--svg", "-", stdout=full)
-        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.returncode, 3)
         self.assertIn(b"could not be written", result.stderr)
 
 

@@ -6,8 +6,12 @@
 
 usage: check_profiles.py PROGRAM [DAEMON]   (with a daemon: in a session of run_with.py)
 """
+import datetime
 import json
+import os
 import pathlib
+import signal
+import subprocess
 import sys
 import time
 import unittest
@@ -145,6 +149,43 @@ class Commands(unittest.TestCase):
         self.assertEqual(self.own_events(), [])
         self.refused("schedule", "Night", "--remove", says=["no quiet hours"])
 
+    def test_quiet_hours_end_by_the_clock_when_it_is_changed(self):
+        self.done("on")
+        self.done("profile", "add", "Night", "--calendars", "")
+        self.done("schedule", "Night", "22:00-06:00", TZ="Europe/Berlin")
+        for day, night in (("2027-03-28", 7), ("2027-10-31", 9), ("2027-11-01", 8)):
+            shown = self.done("events", "--calendars", self.folder / "data/hushmode/calendars", "--from", day, "--to", day,
+                              "--zone", "Europe/Berlin", "--json").splitlines()
+            first = json.loads(shown[0])
+            start, end = (datetime.datetime.fromisoformat(first[each]) for each in ("start", "end"))
+            self.assertEqual((start.hour, end.hour, end - start), (22, 6, datetime.timedelta(hours=night)), day)
+
+    def test_an_edit_leaves_quiet_hours_alone(self):
+        self.done("profile", "add", "Night", "--calendars", "Home")
+        self.done("profile", "disable", "Night")
+        self.assertIn('Enabled "Night".', self.done("schedule", "Night", "22:00-06:00"))
+        own = f"folder:Hush Mode/{self.profiles()['Night']['identifier']}"
+        self.done("profile", "edit", "Night", "--calendars", "Work", "--title", "Sleep")
+        self.assertEqual(self.profiles()["Sleep"]["calendarIdentifiers"], ["folder:Work", own])
+        self.assertIn("Sleep  22:00-06:00", self.done("schedule", "--list"))
+        [name] = (self.folder / "data/hushmode/calendars/Hush Mode").glob("*/displayname")
+        self.assertEqual(name.read_text(), "Sleep\n")
+        edited = self.run_program("profile", "edit", "Sleep", "--window", "08:00-12:00")
+        self.assertEqual(edited.returncode, 0)
+        self.assertIn("only within its window", edited.stderr)
+        self.refused("schedule", "Sleep", "22:00-06:00", "--remove", says=["HOURS", "--remove"])
+        self.refused("schedule", "--list", "Slep", says=['"Sleep"'])
+
+    def test_who_reads_the_output_may_go_away(self):
+        self.done("on")
+        for arguments in (["agenda"], ["profile", "list"], ["help", "--json"]):
+            with self.subTest(arguments=arguments):
+                reader, writer = os.pipe()
+                os.close(reader)
+                ended = subprocess.run([PROGRAM, *arguments], env=self.environment, stdout=writer, stderr=subprocess.PIPE)
+                os.close(writer)
+                self.assertEqual((ended.returncode, ended.stderr), (-signal.SIGPIPE, b""))
+
     def test_quiet_hours_are_those_of_one_profile(self):
         self.done("on")
         self.done("profile", "add", "Night", "--calendars", "Home")
@@ -227,6 +268,7 @@ class Commands(unittest.TestCase):
         self.refused("quiet", "5m", "--end", says=["--end"])
         self.assertIn("ends by itself", self.done("quiet", "5m"))
         self.wait_for_status('Night is on for "Quiet for a while"')
+        self.wait_for_status("The next switch is planned for 1")
         # What is on already is not yet to come.
         self.assertTrue(self.done("agenda", "--days", "2").startswith("Night is on now.\n"))
         switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
@@ -235,6 +277,8 @@ class Commands(unittest.TestCase):
         self.assertIn('"Night" ends', self.done("quiet", "--end", "--profile", "Night"))
         self.assertEqual(self.own_events(), [])
         self.wait_for_status("Nothing is quiet now.")
+        # The wake-up of its end is of no use any more, and is not shown.
+        self.wait_for_status("No more switches are planned for today.")
         self.refused("quiet", "--end", says=["no quiet time goes on"])
 
     @unittest.skipUnless(DAEMON, "with a daemon")

@@ -28,7 +28,7 @@ DAEMON = sys.argv.pop(4) if len(sys.argv) > 4 and "/" in sys.argv[4] else None
 SKIPPED = 77
 WIDTHS = (40, 80, 120)
 DAY = "--from 2026-11-24"
-NO, UNWRITTEN = 1, "hushmode: the output could not be written\n"
+NO_DISK, UNWRITTEN = 3, "hushmode: the output could not be written\n"
 INTERRUPTED = 128 + signal.SIGINT
 # Outlives the terminal, to write how the program ended, which does not.
 WATCH_END = """#!/usr/bin/python3
@@ -313,7 +313,7 @@ class ClosedWindow(TerminalTest):
         ended = wait_until(lambda: (self.folder / "code").exists() and (self.folder / "code").read_text(), "its code")
         # Its output may fail before it is told that the terminal is gone.
         told = (self.folder / "errors").read_text()
-        self.assertIn((int(ended), told), [(-signal.SIGHUP, ""), (-signal.SIGHUP, UNWRITTEN), (NO, UNWRITTEN)])
+        self.assertIn((int(ended), told), [(-signal.SIGHUP, ""), (-signal.SIGHUP, UNWRITTEN), (NO_DISK, UNWRITTEN)])
         self.assertEqual([*(self.folder / "work").iterdir()], [], "no crash file")
 
     @unittest.skipIf(DAEMON, "without one")
