@@ -24,7 +24,10 @@ std::optional<std::size_t> columnsOfOutput() {
   return columns == 0 ? std::nullopt : std::optional(columns);
 }
 
-void complain(const std::string& line) { std::cerr << "hushmode: " << harmless(line) << '\n'; }
+void complain(const std::string& line) {
+  // In one piece: the program may be ended by a signal at any time, and others may write there, too.
+  std::cerr << "hushmode: " + harmless(line) + "\n";
+}
 
 Terminal Terminal::of(int fileDescriptor) {
   const char* type = std::getenv("TERM");
