@@ -96,9 +96,11 @@ void follow(ProfileStore& store, const Dictionary& profile) {
   Dictionary changes;
   if (!booleanMeaning(profile.find("enabled"))) changes.set("enabled", true);
   const auto* value = profile.find("calendarIdentifiers");
-  Array identifiers = value && value->as<Array>() ? *value->as<Array>() : Array();
   const platform::Value own(calendarOf(profile).identifier());
-  if (std::find(identifiers.begin(), identifiers.end(), own) == identifiers.end()) {
+  // Without a list it follows all calendars that can be written to, this one among them.
+  if (const Array* list = value ? value->as<Array>() : nullptr;
+      list && std::find(list->begin(), list->end(), own) == list->end()) {
+    Array identifiers = *list;
     identifiers.push_back(own);
     changes.set("calendarIdentifiers", identifiers);
   }

@@ -160,6 +160,15 @@ class Commands(unittest.TestCase):
             start, end = (datetime.datetime.fromisoformat(first[each]) for each in ("start", "end"))
             self.assertEqual((start.hour, end.hour, end - start), (22, 6, datetime.timedelta(hours=night)), day)
 
+    @unittest.skipIf(DAEMON, "without a daemon, which gives each profile a list")
+    def test_quiet_hours_take_no_calendar_from_a_profile_that_follows_all(self):
+        self.phone.write_profiles([{"identifier": 5, "title": "All", "enabled": True, "allDay": True}])
+        self.done("on")
+        self.done("schedule", "All", "22:00-06:00")
+        self.assertNotIn("calendarIdentifiers", self.profiles()["All"])
+        switches = [json.loads(line) for line in self.done("agenda", "--days", "2", "--json").splitlines()]
+        self.assertIn('"Quiet hours"', {each["reason"] for each in switches})
+
     def test_an_edit_leaves_quiet_hours_alone(self):
         self.done("profile", "add", "Night", "--calendars", "Home")
         self.done("profile", "disable", "Night")
