@@ -13,14 +13,17 @@ namespace hushmode {
 /// longer than any working machine needs.
 inline bool runUntil(const std::function<bool()>& condition,
                      std::chrono::milliseconds limit = std::chrono::seconds(30)) {
-  const auto end = std::chrono::steady_clock::now() + limit;
+  bool isLate = false;
+  sigc::connection deadline =
+      Glib::signal_timeout().connect([&] { return !(isLate = true); }, static_cast<unsigned>(limit.count()));
   // Without it the loop would not come round for what happens elsewhere.
   sigc::connection tick = Glib::signal_timeout().connect([] { return true; }, 5);
   bool holds = condition();
-  while (!holds && std::chrono::steady_clock::now() < end) {
+  while (!holds && !isLate) {
     Glib::MainContext::get_default()->iteration(true);
     holds = condition();
   }
+  deadline.disconnect();
   tick.disconnect();
   return holds;
 }

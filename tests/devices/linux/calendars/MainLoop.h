@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "tests/support/MainLoopWait.h"
+
 #include <chrono>
 #include <functional>
 #include <giomm/init.h>
 #include <glibmm/main.h>
-#include <sigc++/connection.h>
 #include <stdexcept>
+#include <string>
 
 namespace hushmode::devices {
 
@@ -18,18 +20,9 @@ inline const bool giommIsReady = (Gio::init(), true);
 /// Runs the main loop until the condition holds; throws where that takes longer than anything may.
 inline void runMainLoopUntil(const std::function<bool()>& condition,
                              std::chrono::seconds limit = std::chrono::seconds(30)) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  // Ends the wait of a loop in which nothing happens.
-  sigc::connection tick = Glib::signal_timeout().connect([] { return true; }, 500);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      tick.disconnect();
-      throw std::runtime_error("what was waited for did not happen within " + std::to_string(limit.count()) +
-                               " seconds");
-    }
-    Glib::MainContext::get_default()->iteration(true);
+  if (!runUntil(condition, limit)) {
+    throw std::runtime_error("what was waited for did not happen within " + std::to_string(limit.count()) + " seconds");
   }
-  tick.disconnect();
 }
 
 /// Runs the main loop for that long, to see that something does not happen.

@@ -3,7 +3,6 @@
 
 #include "tests/devices/linux/sound/SoundTest.h"
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -25,7 +24,6 @@ namespace hushmode::devices {
 namespace {
 
 constexpr int limitSeconds = 30;
-constexpr unsigned tickMilliseconds = 20;
 
 /// giomm before the first test.
 const bool giommIsReady = [] {
@@ -41,19 +39,6 @@ std::vector<std::string> commandLineOf(int process) {
 }
 
 }  // namespace
-
-bool runUntil(const std::function<bool()>& condition) {
-  const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(limitSeconds);
-  // Not everything that is waited for wakes the loop: files grow, programs of the system answer.
-  auto tick = Glib::signal_timeout().connect([] { return true; }, tickMilliseconds);
-  bool holds = condition();
-  while (!holds && std::chrono::steady_clock::now() < limit) {
-    Glib::MainContext::get_default()->iteration(true);
-    holds = condition();
-  }
-  tick.disconnect();
-  return holds;
-}
 
 std::string run(const std::vector<std::string>& arguments) {
   Glib::Pid process;

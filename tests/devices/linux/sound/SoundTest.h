@@ -5,6 +5,7 @@
 
 #include "devices/linux/base/Services.h"
 #include "platform/Foundation.h"
+#include "tests/support/MainLoopWait.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -12,9 +13,6 @@
 #include <vector>
 
 namespace hushmode::devices {
-
-/// Runs the main loop until the condition holds; false when it did not within a generous time.
-bool runUntil(const std::function<bool()>& condition);
 
 /// Runs a program to its end, while the main loop goes on; answers its output. Fails the test when it fails.
 std::string run(const std::vector<std::string>& arguments);

@@ -14,7 +14,6 @@ namespace hushmode::contracts {
 namespace {
 
 using devices::PulseVolumes;
-using devices::runUntil;
 using platform::Value;
 
 /// Volumes in a real PulseAudio. The user's ringtone slider is another client of the same server.
