@@ -13,7 +13,6 @@
 #include "apps/simulation/JsonReader.h"
 #include "apps/terminal/Terminal.h"
 #include "devices/words/Text.h"
-#include "host/ProfileCheck.h"
 #include "host/ProfileTitle.h"
 #include "util/Numbers.h"
 
@@ -221,22 +220,13 @@ int setEnabled(const Options& options, bool enabled) {
 
 int copy(const Options& options) {
   const auto store = ProfileStore::open();
-  Dictionary profile = profileNamed(store->list(), options.name);
-  for (const char* own : {"identifier", "applied", "updatedDate"}) profile.remove(own);
+  // Without what means nothing here, which may have come by an import: a profile is not added with it.
+  Dictionary profile = knownSettings(profileNamed(store->list(), options.name));
   if (profile.find("calendarIdentifiers")) {
     auto calendars = textsOf(profile.find("calendarIdentifiers"));
     std::erase_if(calendars, OwnCalendar::isOwn);  // Quiet hours are not copied.
     profile.set("calendarIdentifiers", arrayOf(calendars));
   }
-  // What means nothing here may have come by an import; a profile is not added with it.
-  std::vector<std::string> unknown;
-  for (const auto& [key, value] : profile) {
-    const auto& keys = host::profileKeys();
-    if (std::none_of(keys.begin(), keys.end(), [&](const auto& each) { return each.name == key; })) {
-      unknown.push_back(key);
-    }
-  }
-  for (const std::string& each : unknown) profile.remove(each);
   const std::string original = titleOf(profile), title = host::trimmedTitle(options.newTitle);
   profile.set("title", title);
   store->add(profile);

@@ -48,16 +48,9 @@ struct Hours {
 
 /// "22:00-06:00" or "10pm - 6am"; none for what are no hours.
 std::optional<Hours> hoursOf(const std::string& text) {
-  const auto dash = text.find('-');
-  if (dash == std::string::npos) return std::nullopt;
-  const auto minuteOf = [](std::string part) {
-    part.erase(0, part.find_first_not_of(' '));
-    part.erase(part.find_last_not_of(' ') + 1);
-    const auto time = fileTimeOf(part);
-    return time ? minuteOfDay(*time) : std::nullopt;
-  };
-  const auto start = minuteOf(text.substr(0, dash)), end = minuteOf(text.substr(dash + 1));
-  return start && end && *start != *end ? std::optional(Hours{*start, *end}) : std::nullopt;
+  const auto times = timesOf(text);
+  if (!times || times->first == times->second) return std::nullopt;
+  return Hours{*minuteOfDay(times->first), *minuteOfDay(times->second)};
 }
 
 /// "22:00-06:00" on the clock of the user's language.
@@ -131,15 +124,14 @@ std::string presentTitle(const OwnEvent& event, const std::vector<Dictionary>& p
 /// Ends the quiet times that go on: of the profile named, or of all.
 int endQuiet(const Options& options) {
   const auto store = ProfileStore::open();
+  const auto profiles = store->list();
   auto spans = OwnCalendar::list();
   const std::optional<std::int64_t> wanted =
-      options.profile.empty() ? std::nullopt
-                              : std::optional(identifierOf(profileNamed(store->list(), options.profile)));
+      options.profile.empty() ? std::nullopt : std::optional(identifierOf(profileNamed(profiles, options.profile)));
   std::erase_if(spans, [&, now = wallClock()](const OwnEvent& each) {
     return !each.until || *each.until <= now || (wanted && each.owner != *wanted);
   });
   if (spans.empty()) throw InputError(tr("no quiet time goes on; see hushmode status"));
-  const auto profiles = store->list();
   for (const OwnEvent& each : spans) {
     warnUnless(OwnCalendar::removeQuiet(each));
     std::cout << tr("The quiet time of \"{}\" ends in a few seconds.", harmless(presentTitle(each, profiles))) << '\n';

@@ -14,11 +14,20 @@ namespace hushmode::cli {
 
 using simulation::InputError;
 
-std::filesystem::path calendarFolder() {
+namespace {
+
+std::filesystem::path foundCalendarFolder() {
   if (const auto daemon = Daemon::running()) {
     if (const auto folder = devices::textOf(daemon->properties(), "CalendarFolder")) return *folder;
   }
   return devices::baseDirectory("XDG_DATA_HOME", ".local/share") / "hushmode" / "calendars";
+}
+
+}  // namespace
+
+std::filesystem::path calendarFolder() {
+  static const auto folder = foundCalendarFolder();
+  return folder;
 }
 
 std::vector<KnownCalendar> knownCalendars() {

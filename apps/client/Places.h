@@ -30,6 +30,7 @@ std::vector<KnownCalendar> knownCalendars();
 std::optional<std::vector<KnownNetwork>> knownNetworks();
 
 /// Where calendars lie that belong to no account: the folder that the daemon reads; where none runs, the usual one.
+/// Asked for once in a process.
 std::filesystem::path calendarFolder();
 
 /// The identifiers of calendars that people name by title or identifier. Throws simulation::InputError with the nearest

@@ -168,26 +168,31 @@ std::optional<int> minuteOfDay(const std::string& fileTime) {
   return (hour + (scanner.take(" PM") ? 12 : 0)) * 60 + minute;
 }
 
-std::pair<std::string, std::string> parseWindow(const std::string& text) {
+std::optional<std::pair<std::string, std::string>> timesOf(const std::string& text) {
   const auto dash = text.find('-');
-  const auto trimmed = [](std::string part) {
+  if (dash == std::string::npos) return std::nullopt;
+  const auto timeOf = [](std::string part) {
     part.erase(0, part.find_first_not_of(' '));
     part.erase(part.find_last_not_of(' ') + 1);
-    return part;
+    return fileTimeOf(part);
   };
-  const auto start = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(0, dash)));
-  const auto end = dash == std::string::npos ? std::nullopt : fileTimeOf(trimmed(text.substr(dash + 1)));
-  if (!start || !end) {
+  const auto start = timeOf(text.substr(0, dash)), end = timeOf(text.substr(dash + 1));
+  return start && end ? std::optional(std::pair(*start, *end)) : std::nullopt;
+}
+
+std::pair<std::string, std::string> parseWindow(const std::string& text) {
+  const auto times = timesOf(text);
+  if (!times) {
     throw simulation::wrongValue("--window " + text, tr("two times of day, such as 08:00-17:00 or 8am-5pm"),
                                  nearestHours(text, true).value_or(""));
   }
-  if (*minuteOfDay(*end) <= *minuteOfDay(*start)) {
+  if (*minuteOfDay(times->second) <= *minuteOfDay(times->first)) {
     throw InputError(
         tr("--window {}: a profile's window begins and ends on the same day. For hours over midnight use: "
            "hushmode schedule NAME {}",
            text, text));
   }
-  return {*start, *end};
+  return *times;
 }
 
 std::string windowText(const Dictionary& profile) {

@@ -40,7 +40,10 @@ std::optional<std::string> fileTimeOf(const std::string& text);
 /// The minute of the day of a time in the file's form; none when it has no meaning there.
 std::optional<int> minuteOfDay(const std::string& fileTime);
 
-/// "08:00-17:00" or "8am-5pm" as the two times of the file. Throws simulation::InputError for what is no window, and
+/// "22:00-06:00" or "10pm - 6am" as the two times of the file; none for what are no two times.
+std::optional<std::pair<std::string, std::string>> timesOf(const std::string& text);
+
+/// Such times as a window. Throws simulation::InputError for what is no window, and
 /// for one that ends before it starts, which a daily window cannot: it says what can.
 std::pair<std::string, std::string> parseWindow(const std::string& text);
 
